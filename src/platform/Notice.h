@@ -1,0 +1,20 @@
+// Where message boxes go. There is no screen: a notice (caption and text) is
+// handed to the installed sink. The default sink writes it to standard error
+// and never blocks; tests install a recording sink. Process wide; the sink is
+// called under a mutex, so it may be called from any thread.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace kx::platform {
+
+enum class eNoticeKind { eError, eInfo, eQuestion };
+
+using NoticeSink = std::function<void(eNoticeKind, const std::string& caption, const std::string& text)>;
+
+// Installs a sink; an empty function restores the default. Returns the old one.
+NoticeSink setNoticeSink(NoticeSink sink);
+void notice(eNoticeKind kind, const std::string& caption, const std::string& text);
+
+}  // namespace kx::platform
