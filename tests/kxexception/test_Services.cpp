@@ -262,3 +262,25 @@ TEST(Dirs, ExistDir) {
 }
 
 }  // namespace
+
+namespace {
+// Every text parser of the package with null, empty, 1- and 2-character input:
+// nothing crashes, nothing is read past the end, short strings stay as they are.
+TEST(Numbers, MalformedAndShortInputs) {
+  const char* inputs[] = {"", ",", ".", "1", "a", "1,", ",1", "1.", ".1", ",,", "..", "\xff,", "-", "+,"};
+  TFormatNumber f;
+  for (const char* in : inputs) {
+    std::string a(in), b(in), c(in), d(in);
+    komma2punkt(a.data());
+    punkt2komma(b.data());
+    EXPECT_EQ(a, in);
+    EXPECT_EQ(b, in);
+    EXPECT_EQ(std::string(modKomma(c.data())), in);
+    EXPECT_EQ(std::string(modPunkt(d.data())), in);
+    const double v = f.dGetNumber(in);
+    // "1" and "1," read 1, ",1" and ".1" read 0.1; the rest read nothing
+    EXPECT_TRUE(v == 0.0 || v == 1.0 || v == 0.1) << in;
+  }
+  EXPECT_EQ(modPunkt(nullptr), nullptr);
+}
+}  // namespace
