@@ -1,0 +1,58 @@
+#include "kxutils/ulColorSpace.h"
+
+#include <memory>
+#include <new>
+
+#include "kxutils/HandleTable.h"
+#include "kxutils/KxUtilsErrors.h"
+
+using namespace kxutils;
+using namespace kxutils::detail;
+
+namespace {
+THandleTable<TColorSpaceInfo, eKind::eColorSpace>& table() {
+  static THandleTable<TColorSpaceInfo, eKind::eColorSpace> t;
+  return t;
+}
+}  // namespace
+
+unsigned long ulColorSpace_CreateHandle(void** handle) {
+  if (!handle) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  try {
+    *handle = table().add(std::make_unique<TColorSpaceInfo>());
+  } catch (const std::bad_alloc&) {
+    return ulErrNoImage;
+  }
+  return ulOk;
+}
+
+unsigned long ulColorSpace_DeleteHandle(void** handle) {
+  if (!handle) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  if (!table().remove(*handle)) return ulErrHandle;
+  *handle = nullptr;
+  return ulOk;
+}
+
+unsigned long ulColorSpace_SetDestination(void* handle, unsigned long toFlag, float refR, float refG, float refB) {
+  // A destination is one colour-space flag.
+  if (toFlag == 0 || (toFlag & (toFlag - 1)) != 0 || toFlag > 0x10000) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  TColorSpaceInfo* e = table().find(handle);
+  if (!e) return ulErrHandle;
+  e->destination = toFlag;
+  e->refR = refR;
+  e->refG = refG;
+  e->refB = refB;
+  return ulOk;
+}
+
+unsigned long ulColorSpace_GetInfo(void* handle, TColorSpaceInfo* info) {
+  if (!info) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  const TColorSpaceInfo* e = table().find(handle);
+  if (!e) return ulErrHandle;
+  *info = *e;
+  return ulOk;
+}
