@@ -1,0 +1,350 @@
+#include "rastrix/TPlaneBasic.h"
+
+#include <algorithm>
+
+#include "kxexception/KxError.h"
+#include "platform/Clock.h"
+#include "rastrix/PixelTraits.h"
+#include "rastrix/RastrixErrors.h"
+#include "rastrix/TCoordinateSystem.h"
+#include "rastrix/TPixelKlassifikator.h"
+#include "rastrix/TPlane.h"
+
+namespace Rastrix {
+
+namespace {
+std::vector<TPlaneBasic*>& instances() {
+  // Never destroyed: planes with static storage may die after it would.
+  static auto* const v = new std::vector<TPlaneBasic*>;
+  return *v;
+}
+const std::string sEmpty;
+}  // namespace
+
+// ---------------------------------------------------------------- TCommon
+
+TPlaneBasic::TCommon::TCommon() : pCoordinateSystem(pGetDefaultCoordinateSystem()) {
+  pCoordinateSystem->vIncreaseUser();
+}
+
+TPlaneBasic::TCommon::TCommon(const TCommon& o) : TCommon() { *this = o; }
+
+TPlaneBasic::TCommon& TPlaneBasic::TCommon::operator=(const TCommon& o) {
+  if (this == &o) return *this;
+  KX_TRY {
+    date = o.date;
+    iValuesPerPixel = o.iValuesPerPixel;
+    sName = o.sName;
+    valueNames = o.valueNames;
+    units = o.units;
+    bRangeSet = o.bRangeSet;
+    dMin = o.dMin;
+    dStep = o.dStep;
+    dMax = o.dMax;
+    colorSpace = o.colorSpace;
+    setTimeStamp();  // its own stamp, not the source's
+    vSetCoordinateSystem(o.pCoordinateSystem);
+  }
+  KX_CATCH
+  return *this;
+}
+
+TPlaneBasic::TCommon::~TCommon() { pCoordinateSystem->vDecreaseUser(); }
+
+void TPlaneBasic::TCommon::vSetNamePic(const std::string& name) {
+  if (name == sName) return;
+  sName = name;
+  setTimeStamp();
+  vSendMessage(1, 0);
+}
+
+void TPlaneBasic::TCommon::vSetValuesPerPixel(int n) {
+  if (n < 0 || n == iValuesPerPixel) return;
+  iValuesPerPixel = n;
+  valueNames.resize(static_cast<std::size_t>(n));
+  units.resize(static_cast<std::size_t>(n));
+}
+
+const std::string& TPlaneBasic::TCommon::rStrGetValuePic(int index) const {
+  return index >= 0 && index < iValuesPerPixel ? valueNames[static_cast<std::size_t>(index)] : sEmpty;
+}
+
+const std::string& TPlaneBasic::TCommon::rStrGetUnitPic(int index) const {
+  return index >= 0 && index < iValuesPerPixel ? units[static_cast<std::size_t>(index)] : sEmpty;
+}
+
+void TPlaneBasic::TCommon::vSetValueUnitPic(int index, const std::string& value, const std::string& unit) {
+  if (index < 0 || index >= iValuesPerPixel) return;
+  const auto i = static_cast<std::size_t>(index);
+  bool changed = false;
+  // Compared in the form given, stored decoded: a UTF-8 text therefore counts
+  // as changed again each time it is set. Kept as it is.
+  if (value != valueNames[i]) {
+    valueNames[i] = sUtf8ToLatin1(value);
+    changed = true;
+  }
+  if (unit != units[i]) {
+    units[i] = sUtf8ToLatin1(unit);
+    changed = true;
+  }
+  if (!changed) return;
+  setTimeStamp();
+  vSendMessage(2, static_cast<unsigned long>(index));
+}
+
+std::string TPlaneBasic::TCommon::sUtf8ToLatin1(const std::string& text) {
+  std::string out;
+  out.reserve(text.size());
+  bool open = false;
+  unsigned long cp = 0;
+  auto finish = [&] {
+    if (open && cp < 0x100) out += static_cast<char>(cp);
+    open = false;
+    cp = 0;
+  };
+  for (const char ch : text) {
+    const auto c = static_cast<unsigned char>(ch);
+    if (c < 0x80) {
+      finish();
+      out += ch;
+    } else if (!open && (c == 0xB0 || c == 0xB2)) {
+      out += ch;  // degree and superscript two pass as Latin-1: units use them
+    } else if ((c & 0xC0) == 0xC0) {
+      finish();
+      open = true;
+      cp = c < 0xE0 ? (c & 0x1Fu) : c < 0xF0 ? (c & 0x0Fu) : (c & 0x07u);
+    } else if (open) {
+      cp = (cp << 6) | (c & 0x3Fu);
+      if (cp > 0x10FFFF) cp = 0x110000;  // already too large to keep; stop growing
+    }
+  }
+  finish();
+  return out;
+}
+
+void TPlaneBasic::TCommon::vSetValueRangeMSM(eComparePixelTyp e, double min, double step, double max) {
+  if (min == dMin && step == dStep && max == dMax) return;
+  KX_TRY {
+    double defMin = 0, defMax = 0;
+    vGetDefaultValueRangeMSM(e, &defMin, nullptr, &defMax);
+    if (!(max > min) || !(step > 0) || !(min >= defMin) || !(min <= defMax) || !(max <= defMax) || !(max >= defMin))
+      KX_THROW0(Err::ValueRange);
+    dMin = min;
+    dStep = step;
+    dMax = max;
+    bRangeSet = true;
+    vSendMessage(4, 0);
+  }
+  KX_CATCH
+}
+
+void TPlaneBasic::TCommon::vSetCoordinateSystem(const TCoordinateSystem* p) {
+  auto* next = const_cast<TCoordinateSystem*>(p ? p : pGetDefaultCoordinateSystem());
+  if (next == pCoordinateSystem) return;
+  pCoordinateSystem->vDecreaseUser();
+  pCoordinateSystem = next;
+  pCoordinateSystem->vIncreaseUser();
+  setTimeStamp();
+  vSendMessage(3, 0);
+}
+
+void TPlaneBasic::TCommon::vSetDateTime(const TDateTime* p) {
+  date = p ? *p : TDateTime::now();
+  vSendMessage(5, 0);
+}
+
+void TPlaneBasic::TCommon::lock() {
+  // Test and set are two plain steps, as the lock has always been; it only
+  // keeps a writer of whole regions away from a capture in progress.
+  while (bLock.load(std::memory_order_acquire)) kx::platform::sleepMs(1);
+  bLock.store(true, std::memory_order_release);
+}
+
+void TPlaneBasic::TCommon::unlock() {
+  bLock.store(false, std::memory_order_release);
+  setTimeStamp();
+}
+
+// ------------------------------------------------------------ TPlaneBasic
+
+TPlaneBasic::TPlaneBasic() : TDelivery(), pCommon(&ownCommon), pKlassifikator(pGetDefaultPixelKlassifikator()) {
+  instances().push_back(this);
+  vConnectSender(pCommon);
+  TPlaneBasic::attrib2Zero();
+  bSendMessage = true;
+  setTimeStamp();
+  vSetDateTime(nullptr);
+}
+
+TPlaneBasic::TPlaneBasic(const TPlaneBasic& o) : TPlaneBasic() { TPlaneBasic::operator=(o); }
+
+TPlaneBasic& TPlaneBasic::operator=(const TPlaneBasic& o) {
+  if (this == &o) return *this;
+  KX_TRY {
+    *pCommon = *o.pCommon;
+    pKlassifikator = o.pKlassifikator;
+  }
+  KX_CATCH
+  return *this;
+}
+
+TPlaneBasic::~TPlaneBasic() {
+  // A view whose source died already is no longer listed by the dead common:
+  // bIsSender compares pointers only and never touches it.
+  if (pCommon != &ownCommon && bIsSender(pCommon)) vDisconnectSender(pCommon);
+  auto& v = instances();
+  auto it = std::find(v.begin(), v.end(), this);
+  if (it != v.end()) v.erase(it);
+}
+
+void TPlaneBasic::vSendMessage(unsigned long a, unsigned long b) {
+  if (bSendMessage) TDelivery::vSendMessage(a, b);
+}
+
+bool TPlaneBasic::bReceiveMessage(const TDelivery* sender, unsigned long a, unsigned long b) {
+  if (sender != pCommon) return false;
+  vSendMessage(a, b);
+  return true;
+}
+
+void TPlaneBasic::vSendCommonMessage(unsigned long a, unsigned long b) {
+  if (bSendMessage) pCommon->vSendMessage(a, b);
+}
+
+double TPlaneBasic::getDoublePixelLC(int, int) const { return 0.0; }
+
+void TPlaneBasic::writeFile(const char*, bool) const { KX_THROW0(Err::NoFileOnBasicPlane); }
+void TPlaneBasic::readFile(const char*, bool) { KX_THROW0(Err::NoFileOnBasicPlane); }
+void TPlaneBasic::insertFile(const char*) { KX_THROW0(Err::NoFileOnBasicPlane); }
+const char* TPlaneBasic::getFileExtension() { KX_THROW0(Err::NoFileOnBasicPlane); }
+void TPlaneBasic::vGetFileExtension(char*) { KX_THROW0(Err::NoFileOnBasicPlane); }
+
+void TPlaneBasic::_vDetachToOwnCommon() {
+  if (pCommon != &ownCommon && bIsSender(pCommon)) vDisconnectSender(pCommon);
+  pCommon = &ownCommon;
+  vConnectSender(pCommon);
+}
+
+void TPlaneBasic::vSetpCommon(const TCommon* p) {
+  auto* next = const_cast<TCommon*>(p ? p : &ownCommon);
+  if (next == pCommon) return;
+  if (bIsSender(pCommon)) vDisconnectSender(pCommon);
+  pCommon = next;
+  vConnectSender(pCommon);
+}
+
+void TPlaneBasic::attrib2Zero() {
+  // The coordinate system's user is counted by the common that refers to it,
+  // so going back to the own common leaves every count as it is.
+  _vDetachToOwnCommon();
+  vSendMessage(11, 0);
+  bValid = false;
+  iLines = iColumns = iFirstLine = iFirstColumn = iLineDistance = 0;
+  bExtern = bInterlaced = false;
+  pCommon->vClearLock();
+  vSetNotModified();
+}
+
+void TPlaneBasic::proofArea(int l1, int l2, int c1, int c2) const {
+  if (!bValid) KX_THROW0(Err::PlaneNotValid);
+  if (l1 < iFirstLine) KX_THROW(Err::AreaFirstLine, "_FirstLine=%d < FirstLine=%d", l1, iFirstLine);
+  if (l2 > getLastLine()) KX_THROW(Err::AreaLastLine, "_LastLine=%d > LastLine=%d", l2, getLastLine());
+  if (l1 > l2) KX_THROW(Err::AreaLinesReversed, "_FirstLine=%d > _LastLine=%d", l1, l2);
+  if (c1 < iFirstColumn) KX_THROW(Err::AreaFirstColumn, "_FirstColumn=%d < FirstColumn=%d", c1, iFirstColumn);
+  if (c2 > getLastColumn()) KX_THROW(Err::AreaLastColumn, "_LastColumn=%d > LastColumn=%d", c2, getLastColumn());
+  if (c1 > c2) KX_THROW(Err::AreaColumnsReversed, "_FirstColumn=%d > _LastColumn=%d", c1, c2);
+}
+
+eComparePixelTyp TPlaneBasic::eGetPicturePT() const {
+  if (dynamic_cast<const TPlane<unsigned char>*>(this)) return eUC;
+  if (dynamic_cast<const TPlane<unsigned short>*>(this)) return eUS;
+  if (dynamic_cast<const TPlane<float>*>(this)) return eF;
+  if (dynamic_cast<const TPlane<TRGBPixel>*>(this)) return eRGB;
+  if (dynamic_cast<const TPlane<TRGBFloatPixel>*>(this)) return eRGBF;
+  if (dynamic_cast<const TPlane<int>*>(this)) return eI;
+  KX_THROW0(Err::PixelTypNotIdentifiable);
+}
+
+void TPlaneBasic::setValueRangeMSM(double min, double step, double max) {
+  KX_TRY { pCommon->vSetValueRangeMSM(eGetPicturePT(), min, step, max); }
+  KX_CATCH
+}
+
+bool TPlaneBasic::getValueRangeMSM(double* min, double* step, double* max) const {
+  KX_TRY {
+    if (pCommon->bIsValueRangeSet()) {
+      if (min) *min = pCommon->dGetMin();
+      if (step) *step = pCommon->dGetStep();
+      if (max) *max = pCommon->dGetMax();
+      return true;
+    }
+    vGetDefaultValueRangeMSM(eGetPicturePT(), min, step, max);
+    return false;
+  }
+  KX_CATCH
+}
+
+void TPlaneBasic::vSetValueUnitPicFromColorSpace() {
+  if (!bIsColorPic()) return;
+  KX_TRY {
+    const unsigned to = pCommon->rGetPixelColorSpace().uGetToFlag();
+    for (int i = 0; i < 3; ++i)
+      setValueUnitPic(i, TPixelColorSpace::cpGetIndexName(to, i), TPixelColorSpace::cpGetIndexUnit(to, i));
+    setTimeStamp();
+  }
+  KX_CATCH
+}
+
+void TPlaneBasic::SetPixelKlassifikator(TPixelKlassifikator* p) {
+  if (p == pKlassifikator) return;
+  pKlassifikator = p;
+  setTimeStamp();
+  vSendMessage(10, 0);
+}
+
+Process::TTimeStamp TPlaneBasic::getTimeStamp() const {
+  const Process::TTimeStamp& own = pCommon->rGetTimeStamp();
+  const Process::TTimeStamp& cs = pCommon->pGetCoordinateSystem()->getTimeStamp();
+  return own > cs ? own : cs;
+}
+
+TRGBPixel TPlaneBasic::min(const TRGBPixel& a, const TRGBPixel& b) {
+  TRGBPixel r;
+  r.b = std::min(a.b, b.b);
+  r.g = std::min(a.g, b.g);
+  r.r = std::min(a.r, b.r);
+  return r;
+}
+
+TRGBFloatPixel TPlaneBasic::min(const TRGBFloatPixel& a, const TRGBFloatPixel& b) {
+  TRGBFloatPixel r;
+  r.b = min(a.b, b.b);
+  r.g = min(a.g, b.g);
+  r.r = min(a.r, b.r);
+  return r;
+}
+
+TRGBPixel TPlaneBasic::max(const TRGBPixel& a, const TRGBPixel& b) {
+  TRGBPixel r;
+  r.b = std::max(a.b, b.b);
+  r.g = std::max(a.g, b.g);
+  r.r = std::max(a.r, b.r);
+  return r;
+}
+
+TRGBFloatPixel TPlaneBasic::max(const TRGBFloatPixel& a, const TRGBFloatPixel& b) {
+  TRGBFloatPixel r;
+  r.b = max(a.b, b.b);
+  r.g = max(a.g, b.g);
+  r.r = max(a.r, b.r);
+  return r;
+}
+
+const std::vector<TPlaneBasic*>& TPlaneBasic::vpInstances() { return instances(); }
+
+bool TPlaneBasic::bIsValid(const TPlaneBasic* p) {
+  const auto& v = instances();
+  return p && std::find(v.begin(), v.end(), p) != v.end();
+}
+
+}  // namespace Rastrix

@@ -1,0 +1,64 @@
+// Helpers of the rastrix tests: error codes of a call, a message recorder.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "kxexception/KxError.h"
+#include "kxexception/TDelivery.h"
+
+namespace rastrixtest {
+
+// The code a call raises (0 if none); the chain is ended.
+template <class F>
+unsigned long codeOf(F&& f) {
+  try {
+    f();
+  } catch (unsigned long c) {
+    kx::deleteError();
+    return c;
+  }
+  return 0;
+}
+
+// The code and the text of the raising site.
+template <class F>
+std::pair<unsigned long, std::string> errorOf(F&& f) {
+  try {
+    f();
+  } catch (unsigned long c) {
+    auto chain = kx::getErrorChain();
+    std::string text = chain.empty() ? std::string() : chain.front().text;
+    kx::deleteError();
+    return {c, text};
+  }
+  return {0, {}};
+}
+
+// Records the messages it receives, in order.
+class TRecorder : public TDelivery {
+ public:
+  explicit TRecorder(TDelivery* sender = nullptr) {
+    if (sender) vConnectSender(sender);
+  }
+  bool bReceiveMessage(const TDelivery* sender, unsigned long a, unsigned long b) override {
+    if (!bIsSender(sender)) return false;
+    codes.push_back(a);
+    params.push_back(b);
+    if (onMessage) onMessage(a);
+    return true;
+  }
+  void clear() {
+    codes.clear();
+    params.clear();
+  }
+  std::vector<unsigned long> codes;
+  std::vector<unsigned long> params;
+  std::function<void(unsigned long)> onMessage;
+};
+
+}  // namespace rastrixtest
