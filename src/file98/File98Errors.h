@@ -18,6 +18,8 @@ inline constexpr unsigned long ulChangeDir = 0xe3c13019UL;
 inline constexpr unsigned long ulSearchPathIndex = 0xe741301aUL;
 // An ini file or a file written from ini text could not be written.
 inline constexpr unsigned long ulIniWrite = 0xe301301bUL;
+// A text file to be rewritten could not be read.
+inline constexpr unsigned long ulFileRead = 0xe331301cUL;
 // CRectangle::readIni / writeIni: the section does not exist.
 inline constexpr unsigned long ulRectIniSection = 0xe331705cUL;
 

@@ -1,0 +1,162 @@
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "File98TestUtil.h"
+#include "file98/File98Errors.h"
+#include "file98/KxPath.h"
+#include "file98/TIniFilename.h"
+#include "file98/TKxMemIniFile.h"
+#include "file98/TKxStdIniFile.h"
+#include "kxexception/KxError.h"
+
+namespace {
+
+using kxtest::readFile;
+using kxtest::TempDir;
+using kxtest::writeFile;
+
+TEST(StdIni, IsADistinctClass) {
+  TempDir t;
+  TKxMemIniFile mem;
+  TKxStdIniFile disk(TIniFilename((t / "a.ini").c_str()));
+  TKxIniFile* a = &mem;
+  TKxIniFile* b = &disk;
+  EXPECT_EQ(dynamic_cast<TKxStdIniFile*>(a), nullptr);
+  EXPECT_NE(dynamic_cast<TKxStdIniFile*>(b), nullptr);
+  EXPECT_EQ(dynamic_cast<TKxMemIniFile*>(b), nullptr);
+}
+
+TEST(StdIni, WritesThroughAndReadsCreateNothing) {
+  TempDir t;
+  const std::string name = t / "settings.ini";
+  TKxStdIniFile ini(TIniFilename(name.c_str()));
+  EXPECT_EQ(ini.iReadInteger("Camera", "Gain", 7), 7);
+  EXPECT_FALSE(ini.bSectionExists("Camera"));
+  ini.vFlush();
+  EXPECT_FALSE(std::filesystem::exists(name));
+
+  ini.vWriteInteger("Camera", "Gain", 3);
+  EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n");
+  ini.vWriteFloat("Camera", "Time", 0.04);
+  ini.vWriteBool("Flags", "Dark", true);
+  ini.vWriteLongLong("Flags", "Big", 1LL << 40);
+  EXPECT_EQ(readFile(name),
+            "[Camera]\r\nGain=3\r\nTime=4.000000e-02\r\n\r\n[Flags]\r\nDark=1\r\nBig=1099511627776\r\n\r\n");
+  // An unchanged value does not touch the file.
+  const struct timespec old[2] = {{1000, 0}, {1000, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, name.c_str(), old, 0), 0);
+  ini.vWriteInteger("Camera", "Gain", 3);
+  struct stat after{};
+  ::stat(name.c_str(), &after);
+  EXPECT_EQ(after.st_mtim.tv_sec, 1000);
+  ini.vWriteInteger("Camera", "Gain", 4);
+  ::stat(name.c_str(), &after);
+  EXPECT_NE(after.st_mtim.tv_sec, 1000);
+  ini.vWriteInteger("Camera", "Gain", 3);
+
+  ini.vRenameSection("Flags", "Switches");
+  ini.vDeleteEntry("Camera", "Time");
+  EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n[Switches]\r\nDark=1\r\nBig=1099511627776\r\n\r\n");
+  ini.vDeleteSection("Switches");
+  EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n");
+  std::string s(ini.uGetStringSize(), '\0');
+  ini.vWriteToString(s.data());
+  EXPECT_STREQ(s.c_str(), "[Camera]\r\nGain=3\r\n\r\n");
+}
+
+TEST(StdIni, ObjectsOnOneFileShareTheContent) {
+  TempDir t;
+  writeFile(t / "shared.ini", "[s]\nk=1\n");
+  kx::makeDir((t / "sub").c_str());
+  TKxStdIniFile first(TIniFilename((t / "shared.ini").c_str()));
+  EXPECT_EQ(first.sReadString("s", "k", ""), "1");
+  {
+    // Another spelling of the same file: a new object, as readIni(TIniFilename) makes one.
+    TKxStdIniFile second(TIniFilename((t.path() + "\\sub\\..\\shared.ini").c_str()));
+    second.vWriteString("s", "k", "2");
+  }
+  EXPECT_EQ(first.sReadString("s", "k", ""), "2");
+  // A change by somebody else on disk is seen too.
+  writeFile(t / "shared.ini", "[s]\r\nk=from outside\r\n");
+  EXPECT_EQ(first.sReadString("s", "k", ""), "from outside");
+  std::filesystem::remove(t / "shared.ini");
+  EXPECT_FALSE(first.bSectionExists("s"));
+  first.vWriteString("s", "k", "again");
+  EXPECT_EQ(readFile(t / "shared.ini"), "[s]\r\nk=again\r\n\r\n");
+  EXPECT_EQ(first.mGetContent().sReadString("s", "k", ""), "again");
+}
+
+TEST(StdIni, CopiesSectionsBetweenAllKinds) {
+  TempDir t;
+  writeFile(t / "src.ini", "[Cam]\nA=1\nA=2\nB=\n[Other]\nx=1\n");
+  TKxStdIniFile src(TIniFilename((t / "src.ini").c_str()));
+  TKxMemIniFile mem;
+  mem.vCopySection(&src, "Cam");
+  EXPECT_EQ(mem.sWriteToString(), "[Cam]\r\nA=1\r\nA=2\r\nB=\r\n\r\n");
+
+  TKxStdIniFile dst(TIniFilename((t / "dst.ini").c_str()));
+  dst.vCopySection(&mem, "Cam");
+  dst.vCopySection(&src, "Other");
+  dst.vCopySection(&src, "Absent");
+  EXPECT_EQ(readFile(t / "dst.ini"), "[Cam]\r\nA=1\r\nA=2\r\nB=\r\n\r\n[Other]\r\nx=1\r\n\r\n");
+  // From another object on the very same file: no deadlock, no change.
+  TKxStdIniFile same(TIniFilename((t / "dst.ini").c_str()));
+  dst.vCopySection(&same, "Cam");
+  dst.vDeleteSubsections("O");
+  EXPECT_EQ(readFile(t / "dst.ini"), "[Cam]\r\nA=1\r\nA=2\r\nB=\r\n\r\n");
+}
+
+TEST(StdIni, FailedWriteRaisesAndKeepsTheValue) {
+  TempDir t;
+  TKxStdIniFile ini(TIniFilename((t / "missing-dir/x.ini").c_str()));
+  try {
+    ini.vWriteString("s", "k", "v");
+    ADD_FAILURE();
+  } catch (unsigned long code) {
+    EXPECT_EQ(code, kx::file98::ulIniWrite);
+    EXPECT_NE(kx::formatErrorChain().find("missing-dir/x.ini"), std::string::npos);
+    kx::deleteError();
+  }
+  EXPECT_EQ(ini.sReadString("s", "k", ""), "v");
+  kx::makeDir((t / "missing-dir").c_str());
+  ini.vFlush();  // goes out now
+  EXPECT_EQ(readFile(t / "missing-dir/x.ini"), "[s]\r\nk=v\r\n\r\n");
+}
+
+TEST(StdIni, ThreadsWritingOneFile) {
+  TempDir t;
+  const TIniFilename name((t / "threads.ini").c_str());
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([&, i] {
+      TKxStdIniFile ini(name);
+      for (int k = 0; k < 50; ++k) ini.vWriteInteger(("T" + std::to_string(i)).c_str(), ("k" + std::to_string(k)).c_str(), k);
+    });
+  for (auto& th : threads) th.join();
+  TKxMemIniFile back(name);
+  ASSERT_EQ(back.uGetSectionCount(), 4u);
+  for (unsigned s = 0; s < 4; ++s) EXPECT_EQ(back.uGetEntryCount(s), 50u);
+}
+
+TEST(StdIni, MalformedFilesReadAsFarAsTheyGo) {
+  TempDir t;
+  writeFile(t / "bad.ini", std::string("[ok]\r\nk=1\r\n\x01\x02\xff\r\n[late]\nv=") + std::string(100000, 'x'));
+  TKxStdIniFile ini(TIniFilename((t / "bad.ini").c_str()));
+  EXPECT_EQ(ini.iReadInteger("ok", "k", 0), 1);
+  EXPECT_EQ(ini.sReadString("late", "v", "").size(), 100000u);
+  TKxStdIniFile dir(TIniFilename(t.path().c_str()));
+  EXPECT_FALSE(dir.bSectionExists("ok"));
+  TKxStdIniFile unnamed{TIniFilename()};
+  EXPECT_EQ(unnamed.sReadString("a", "b", "d"), "d");
+  EXPECT_THROW(unnamed.vWriteString("a", "b", "c"), unsigned long);
+  kx::deleteError();
+}
+
+}  // namespace
