@@ -8,6 +8,9 @@
 // return that same value.
 #pragma once
 
+class TKxIniFile;
+class TIniFilename;
+
 class CRectangle {
  public:
   int iFirstLine = 0;     // "Top" in ini files
@@ -52,4 +55,15 @@ class CRectangle {
            iLastColumn == r.iLastColumn;
   }
   bool operator!=(const CRectangle& r) const { return !(*this == r); }
+
+  // Ini form: integer keys "Left", "Right", "Top", "Bottom" in this order. The
+  // section must exist, else 0xe331705c "Not found [%s]" (also for a null
+  // ini). readIni takes the present values as defaults; writeIni writes into
+  // the existing section.
+  void readIni(TKxIniFile* ini, const char* section);
+  void writeIni(TKxIniFile* ini, const char* section) const;
+  // The same on a file on disk, through a TKxStdIniFile.
+  void readIni(const TIniFilename& name, const char* section);
+  // Careful: this form READS (it calls readIni) and writes nothing.
+  void writeIni(const TIniFilename& name, const char* section);
 };
