@@ -42,12 +42,13 @@ std::vector<std::string> attrNames(hid_t obj) {
 }
 }  // namespace
 
-// Member names of a group, kept between calls: sorted as HDF5 orders them,
-// and by their lower-case form for lookups without regard to case. `count`
-// is the group's link count when the names were read; a different count
-// (a change made past this handle) makes them read anew.
+// Member names of a group, read once per handle and then kept in step by
+// every change made through this layer: sorted as HDF5 orders them, and by
+// their lower-case form for lookups without regard to case. (Counting the
+// links of an old-style group walks all of it, so the count is not checked
+// on every lookup; a change made past this layer is seen once the handle is
+// opened again.)
 struct TH5Handle::TNames {
-  hsize_t count = 0;
   std::vector<std::string> sorted;
   std::map<std::string, std::string> byLower;  // the first name of each lower-case form
 
@@ -56,13 +57,11 @@ struct TH5Handle::TNames {
     if (it != sorted.end() && *it == name) return;
     sorted.insert(it, name);
     byLower.emplace(lower(name), name);
-    ++count;
   }
   void vRemove(const std::string& name) {
     auto it = std::lower_bound(sorted.begin(), sorted.end(), name);
     if (it == sorted.end() || *it != name) return;
     sorted.erase(it);
-    --count;
     const std::string key = lower(name);
     auto bl = byLower.find(key);
     if (bl != byLower.end() && bl->second == name) {
@@ -174,13 +173,11 @@ const TH5Handle::TNames& TH5Handle::_names() const {
   static const TNames none;
   _vCheckOpen();
   if (!_bIsGroup()) return none;
-  const hsize_t count = gnumLinks(id_);
-  if (!names_ || names_->count != count) {
+  if (!names_) {
     auto n = std::make_unique<TNames>();
     literate(id_, collectLink, &n->sorted);
     std::sort(n->sorted.begin(), n->sorted.end());
     for (const auto& s : n->sorted) n->byLower.emplace(lower(s), s);
-    n->count = count;
     names_ = std::move(n);
   }
   return *names_;

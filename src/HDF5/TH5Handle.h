@@ -13,7 +13,10 @@
 // caller stay valid; using a closed handle raises ulH5HandleClosed.
 //
 // Names of members compare without regard to case; the name as stored in the
-// file is what cpGetName and cpGetChildName give.
+// file is what cpGetName and cpGetChildName give. A directory handle reads
+// its member names once and keeps them in step with every change made
+// through this layer; a change made past it (raw HDF5 calls on the same
+// file) is seen after the handle is closed and opened again.
 //
 // Not thread safe: the serial HDF5 library is not, and nothing here is locked.
 // Use one data base from one thread at a time.
