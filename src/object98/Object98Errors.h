@@ -43,7 +43,6 @@ inline constexpr unsigned long ulErrRLCCoordinateRange = 0xe7522067UL;
 // TRLC2Picture: a value text that does not parse, or a value out of range.
 inline constexpr unsigned long ulErrRLCValueText = 0xe7522068UL;
 inline constexpr unsigned long ulErrRLCValueRange = 0xe7422069UL;
-// TRLC2Picture: the plane is of no known pixel type. "Datentyp/Pixeltyp %d unbekannt."
-inline constexpr unsigned long ulErrUnknownPixelType = 0x07000000UL;
+// (A plane of no known pixel type raises Rastrix::Err::UnknownPixelTyp.)
 
 }  // namespace object98

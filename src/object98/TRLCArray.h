@@ -125,6 +125,7 @@ class TRLCArray {
   using TRunBlock = std::unique_ptr<TRLC, TFreeRuns>;
   // Makes the lines and the run blocks of a new content, line by line.
   class TBuilder;
+  friend class TBuilder;
 
   // The empty state, without freeing (Lines must be empty already).
   void resetVar();

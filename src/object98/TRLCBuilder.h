@@ -1,0 +1,93 @@
+// TRLCArray::TBuilder: makes the lines and run blocks of a new region (private
+// to the module: the array's own operations and TPicture2RLC).
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+#include <vector>
+
+#include "object98/TRLCArray.h"
+
+// Lines are added one after the other: pRoom(n) gives room for at most n runs
+// of the next line, vEndLine closes it with the count actually written. The
+// runs go into blocks of at most kBlock runs (larger only for a single larger
+// line); a block is cut to what it holds when the next one starts. `room`,
+// an upper bound of all runs to come, keeps the block of a small region
+// small. The lines get their pointers only in vFinish, after the last cut.
+class TRLCArray::TBuilder {
+ public:
+  TBuilder(int lines, std::size_t room) : roomLeft_(room) { meta_.reserve(lines > 0 ? static_cast<std::size_t>(lines) : 0); }
+
+  TRLC* pRoom(std::size_t n) {
+    reserved_ = n;
+    if (n == 0) return nullptr;
+    if (blocks_.empty() || cap_ - used_ < n) {
+      vCut();
+      const std::size_t size = std::max(n, std::min(kBlock, roomLeft_));
+      void* p = std::malloc(size * sizeof(TRLC));
+      if (!p) throw std::bad_alloc();
+      blocks_.emplace_back(static_cast<TRLC*>(p));
+      cap_ = size;
+      used_ = 0;
+    }
+    return blocks_.back().get() + used_;
+  }
+
+  void vEndLine(int count, signed char state) {
+    TMeta m{0, 0, count, state};
+    if (count > 0) {
+      m.block = static_cast<uint32_t>(blocks_.size() - 1);
+      m.offset = static_cast<uint32_t>(used_);
+      used_ += static_cast<std::size_t>(count);
+    }
+    meta_.push_back(m);
+    roomLeft_ -= std::min(roomLeft_, reserved_);
+    reserved_ = 0;
+  }
+
+  int lines() const { return static_cast<int>(meta_.size()); }
+  int count(int line) const { return meta_[static_cast<std::size_t>(line)].count; }
+
+  // Hands the lines first..last to `a` as its content (lines outside that
+  // range must hold no runs). The box is the caller's.
+  void vFinish(TRLCArray& a, int first, int last) {
+    vCut();
+    std::vector<TRLCLine> lines(last >= first ? static_cast<std::size_t>(last - first + 1) : 0);
+    for (int i = first; i <= last; ++i) {
+      const TMeta& m = meta_[static_cast<std::size_t>(i)];
+      if (m.count > 0) lines[static_cast<std::size_t>(i - first)]._vBorrow(m.count, blocks_[m.block].get() + m.offset, m.state);
+    }
+    a.Lines = std::move(lines);  // the old lines first: they may point into the old blocks
+    a.Pool = std::move(blocks_);
+  }
+
+ private:
+  static constexpr std::size_t kBlock = 8192;  // 64 KB of runs
+
+  struct TMeta {
+    uint32_t block;
+    uint32_t offset;
+    int count;
+    signed char state;
+  };
+  // Gives back the unused end of the current block.
+  void vCut() {
+    if (blocks_.empty() || used_ == cap_) return;
+    if (used_ == 0) {
+      blocks_.pop_back();
+    } else if (void* q = std::realloc(blocks_.back().get(), used_ * sizeof(TRLC))) {
+      (void)blocks_.back().release();
+      blocks_.back().reset(static_cast<TRLC*>(q));
+    }
+    cap_ = used_;
+  }
+
+  std::vector<TRunBlock> blocks_;
+  std::size_t cap_ = 0;   // runs the current block can hold
+  std::size_t used_ = 0;  // runs it holds
+  std::size_t roomLeft_;
+  std::size_t reserved_ = 0;
+  std::vector<TMeta> meta_;
+};
