@@ -89,6 +89,12 @@ template <class T>
 TPlane<T>& TPlane<T>::operator=(const TPlane& o) {
   if (this == &o) return *this;
   KX_TRY {
+    // A view onto this plane's own block would lose its pixels in the free
+    // below: take them from a copy instead (same description, same result).
+    if (o.bExtern && !bExtern && o.pCommon == &ownCommon && pCommon == &ownCommon) {
+      const TPlane copy(o);
+      return *this = copy;
+    }
     // The description first, into the common in use: assigning to a view
     // renames its source before the view detaches. This order is required.
     TPlaneBasic::operator=(o);
@@ -233,7 +239,10 @@ template <class T>
 void TPlane<T>::beSubPicture(const TPlane& source, const CRectangle& r) {
   if (bValid && bExtern && pMemory == source.pMemory && getExtension() == r && &source != this) return;
   KX_TRY {
-    if (&source == this || r.YSize() < 1 || r.XSize() < 1 || !source.bValid || !(r <= source.getExtension()))
+    // Not onto itself, nor onto a view of its own block, which its free would release.
+    const bool ownView = source.bExtern && !bExtern && source.pCommon == &ownCommon;
+    if (&source == this || ownView || r.YSize() < 1 || r.XSize() < 1 || !source.bValid ||
+        !(r <= source.getExtension()))
       KX_THROW0(Err::SubPictureArea);
     {
       TSendOff quiet(*this);

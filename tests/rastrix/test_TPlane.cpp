@@ -379,6 +379,23 @@ TEST(PlaneView, ChecksAndEarlyReturn) {
   EXPECT_EQ(vv.pGetpCommon(), src.pGetpCommon());
 }
 
+TEST(PlaneView, AViewAssignedToItsSourceOrMadeItsSource) {
+  TPlane<float> src(6, 6);
+  fill(src);
+  TPlane<float> view;
+  view.beSubPicture(src, CRectangle(2, 3, 1, 4));
+  const float expected = view[3][4];
+  src = view;  // frees the block the view looks onto: the pixels must survive
+  EXPECT_EQ(src.getExtension(), CRectangle(2, 3, 1, 4));
+  EXPECT_EQ(src[3][4], expected);
+  EXPECT_FALSE(src.bIsExtern());
+  TPlane<float> owner(4, 4);
+  TPlane<float> part;
+  part.beSubPicture(owner, CRectangle(0, 1, 0, 1));
+  EXPECT_EQ(codeOf([&] { owner.beSubPicture(part, CRectangle(0, 0, 0, 0)); }), Err::SubPictureArea);
+  EXPECT_TRUE(owner.isValid());
+}
+
 TEST(PlaneView, DestroyedInEitherOrder) {
   {
     auto src = std::make_unique<TPlane<TRGBPixel>>(8, 8);
