@@ -212,6 +212,7 @@ std::string TH5Handle::_sFindAttr(const char* name) const {
 TH5Handle* TH5Handle::_pFindOpenChild(const std::string& name, bool attribute) const {
   for (auto* c : childs_) {
     if (c->name_.empty() || c->name_ != name) continue;
+    if (c->_eGetObjectTyp() == eH5Link) continue;  // a link leads on to its target
     const bool isAttr = c->_eGetObjectTyp() == eH5Attribute;
     if (isAttr == attribute) return c;
   }
@@ -231,8 +232,12 @@ TH5Handle* TH5Handle::pOpenChild(const char* name) {
     if (TH5Handle* open = _pFindOpenChild(real, false)) return open;
     TH5Id obj(oopenTry(id_, real.c_str()));
     if (!obj) {
-      if (lgetType(id_, real.c_str()) == H5L_TYPE_SOFT)
+      if (lgetType(id_, real.c_str()) == H5L_TYPE_SOFT) {
+        // A link whose target is missing: its own handle.
+        for (auto* c : childs_)
+          if (c->_eGetObjectTyp() == eH5Link && c->name_ == real) return c;
         return _pAdopt(std::unique_ptr<TH5Link>(new TH5Link(this, real, lgetSoftTarget(id_, real.c_str()))));
+      }
       vRaise("H5Oopen");
     }
     switch (iType(obj.get())) {

@@ -74,6 +74,17 @@ class H5Test : public ::testing::Test {
   TH5Database* db = nullptr;
 };
 
+// Runs a test body; an error code that escapes fails the test with its chain.
+template <class F>
+void guarded(F&& f) {
+  try {
+    f();
+  } catch (unsigned long code) {
+    ADD_FAILURE() << "error 0x" << std::hex << code << "\n" << kx::formatErrorChain();
+    kx::deleteError();
+  }
+}
+
 // Runs f, which must raise `code` with `text` somewhere in the chain.
 template <class F>
 void expectError(unsigned long code, const std::string& text, F&& f) {
