@@ -25,6 +25,15 @@ inline constexpr unsigned long ValueRange = 0xe5121096UL;
 inline constexpr unsigned long PixelTypNotIdentifiable = 0xe7021097UL;  // also the image handle failures
 inline constexpr unsigned long NoFileOnBasicPlane = 0xe0721098UL;
 
+// Plane operations
+inline constexpr unsigned long InsertIntoItself = 0xe7721022UL;
+inline constexpr unsigned long ScaleDownBlockLines = 0xe7521071UL;     // "_iY=%d <= 0"
+inline constexpr unsigned long ScaleDownBlockColumns = 0xe7521072UL;   // "_iX=%d <= 0"
+inline constexpr unsigned long ScaleDownBlockTooHigh = 0xe7521073UL;   // "_iY=%d > Lines=%d"
+inline constexpr unsigned long ScaleDownBlockTooWide = 0xe7521074UL;   // "_iX=%d > Columns=%d"
+inline constexpr unsigned long ScaleDownTargetLines = 0xe7521075UL;    // "iLines=%d > Lines=%d"
+inline constexpr unsigned long ScaleDownTargetColumns = 0xe7521076UL;  // "iColumns=%d > Columns=%d"
+
 // Pixel colour space
 inline constexpr unsigned long ColorSpaceIndex = 0xe0721084UL;  // "Index=%d"
 inline constexpr unsigned long ColorSpaceNoWayBack = 0xe072108eUL;

@@ -35,6 +35,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 
 #include "file98/CRectangle.h"
 #include "rastrix/PixelTraits.h"
@@ -148,6 +149,100 @@ class TPlane : public TPlaneBasic {
   // Reads one pixel from text (see PixelTraits.h), returns the position after
   // it; a word that does not scan raises 0x03300000.
   static const char* cpStr2Pixel(const char* text, T* p) { return TTraits::str2Pixel(text, p); }
+
+  // ---------------------------------------------------------------------
+  // Pixel operations (TPlaneOperations.cpp). Areas are absolute numbers:
+  // first line, last line, first column, last column, or a CRectangle with
+  // the same four. Every checked area goes through proofArea, whose codes
+  // are the failures (0xe7021004 on an invalid plane).
+  //
+  // Writers of whole regions (clear, setRectangle, setLine, setColumn,
+  // putLine, putColumn, insert) take the lock, write, unlock, stamp and send
+  // message 51. Readers (getLine, getColumn, calcMinMax) never lock: they can
+  // see a half-written picture. scaleDown and the operators stamp and send
+  // 51 without the lock.
+
+  // Every pixel to zero bytes. Invalid plane: 0xe7021004.
+  void clear();
+  // Every pixel of the area (default: the whole plane) takes the value.
+  void setRectangle(const T& value);
+  void setRectangle(const T& value, int l1, int l2, int c1, int c2);
+  void setRectangle(const T& value, const CRectangle& r);
+  // One line, or its columns c1..c2.
+  void setLine(const T& value, int line);
+  void setLine(const T& value, int line, int c1, int c2);
+  // One column, or its lines l1..l2.
+  void setColumn(const T& value, int column);
+  void setColumn(const T& value, int column, int l1, int l2);
+  // Line transfers: `out`/`in` hold the pixels of the columns, in order.
+  void getLine(T* out, int line) const;
+  void getLine(T* out, int line, int c1, int c2) const;
+  void putLine(const T* in, int line);
+  void putLine(const T* in, int line, int c1, int c2);
+  // Column transfers: `out`/`in` are contiguous, one pixel per line.
+  void getColumn(T* out, int column) const;
+  void getColumn(T* out, int column, int l1, int l2) const;
+  void putColumn(const T* in, int column);
+  void putColumn(const T* in, int column, int l1, int l2);
+  // The bare inner loops for callers that checked the area already: no
+  // check, no lock, no stamp, no message. An area outside the plane is
+  // undefined behaviour.
+  void _setLine(const T& value, int line, int c1, int c2);
+  void _getLine(T* out, int line, int c1, int c2) const;
+  void _putLine(const T* in, int line, int c1, int c2);
+
+  // Copies the area l1..l2 x c1..c2 of `src` to this plane at (toLine,
+  // toColumn), one block move per line. Checks in this order: src is this
+  // plane (0xe7721022), src.proofArea of the area, proofArea of the target.
+  // A view and its source may overlap; nothing guards against that.
+  //  - insert(src): all of src to this plane's first line and column; the
+  //    numbers of src do not matter, only its size;
+  //  - insert(src, area): to the same numbers in this plane.
+  void insert(const TPlane& src);
+  void insert(const TPlane& src, int l1, int l2, int c1, int c2);
+  void insert(const TPlane& src, const CRectangle& r);
+  void insert(const TPlane& src, const CRectangle& r, int toLine, int toColumn);
+  void insert(const TPlane& src, int l1, int l2, int c1, int c2, int toLine, int toColumn);
+
+  // The smallest and the largest pixel, folded with TPlaneBasic::min/max
+  // from the first pixel of the area on (colour pixels by component, so the
+  // result may be no pixel of the plane). The rectangle is cut to the plane;
+  // when nothing is left (also: an invalid plane) min and max are untouched
+  // and nothing is raised. A float NaN is passed over, unless it is the
+  // first pixel, which then is the answer.
+  void calcMinMax(T& min, T& max) const;
+  void calcMinMax(T& min, T& max, const CRectangle& r) const;
+  // Over the disc of `radius` (at least 1) around column x, line y: the
+  // square y +- radius, x +- radius cut to the plane, starting at its middle
+  // pixel; per line the half width trunc(sqrt(radius^2 - (l - y)^2) + 0.5),
+  // 0 where that root is 0, cut to the square. Radius 1 is the five-pixel
+  // cross.
+  void calcMinMax(T& min, T& max, long x, long y, unsigned long radius) const;
+
+  // This plane := src shrunk by blocks of iY lines x iX columns, each the
+  // mean of its block, written from this plane's first line and column; the
+  // rest of src beyond whole blocks is dropped. Checks: iY < 1 0xe7521071,
+  // iX < 1 0xe7521072, iY > src lines 0xe7521073, iX > src columns
+  // 0xe7521074; with `alloc` a plane of another size is reallocated to
+  // (src lines / iY) x (src columns / iX) from (0, 0); then a plane too small
+  // raises 0xe7521075 (lines) or 0xe7521076 (columns). Sums are float for
+  // float pixels, double for the integer types, whose means are truncated.
+  // A byte colour plane averages the luminance and stores its truncated low
+  // eight bits in all three bytes: the result is grey. No lock; stamp, 51.
+  virtual void scaleDown(const TPlane& src, int iY, int iX, bool alloc);
+
+  // Pixel by pixel over the lines and columns both planes have, for float
+  // planes. No checks, no lock; stamp, message 51. Meant for planes with
+  // equal first columns; otherwise the pairing is off (see the definition).
+  // A divisor of exactly +-0 gives 0.
+  TPlane& operator*=(const TPlane& o)
+    requires std::is_same_v<T, float>;
+  TPlane& operator/=(const TPlane& o)
+    requires std::is_same_v<T, float>;
+  // Every pixel times the value (a colour pixel by component). No lock;
+  // stamp, message 51.
+  TPlane& operator*=(const T& value)
+    requires(std::is_same_v<T, float> || std::is_same_v<T, TRGBFloatPixel>);
 
   // Keys of the plane file header.
   const char* cpKeyTyp = "Typ=";
