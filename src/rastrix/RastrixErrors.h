@@ -34,6 +34,12 @@ inline constexpr unsigned long ScaleDownBlockTooWide = 0xe7521074UL;   // "_iX=%
 inline constexpr unsigned long ScaleDownTargetLines = 0xe7521075UL;    // "iLines=%d > Lines=%d"
 inline constexpr unsigned long ScaleDownTargetColumns = 0xe7521076UL;  // "iColumns=%d > Columns=%d"
 
+// Coordinate systems
+inline constexpr unsigned long CoordinateSystemCalculate = 0xe5121099UL;  // vCalculate, vSetPoint: set, not thrown
+inline constexpr unsigned long CoordinateSystemIndex = 0xe74210c5UL;      // "Index=%d Size=%d"
+inline constexpr unsigned long CoordinateSystemInUse = 0xe53210c6UL;      // vDelete of a system with users
+inline constexpr unsigned long CoordinateSystemNoWayBack = 0xe76210c7UL;  // vGetOrgXY of the linear system
+
 // Pixel colour space
 inline constexpr unsigned long ColorSpaceIndex = 0xe0721084UL;  // "Index=%d"
 inline constexpr unsigned long ColorSpaceNoWayBack = 0xe072108eUL;
