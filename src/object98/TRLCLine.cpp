@@ -143,28 +143,34 @@ int iOrNormal(const TRLC* a, int na, const TRLC* b, int nb, TRLC* o) {
   return w;
 }
 
+// a when c, else b, by masking: the compiler keeps it free of branches,
+// which it does not always do for a conditional expression.
+inline int iSel(bool c, int a, int b) { return b ^ ((a ^ b) & -static_cast<int>(c)); }
+
 // One step of iXorNormal: the pending run p (valid unless a pair of
 // identical runs removed both) meets the next run x.
 inline void vXorStep(TRLC& p, bool& valid, const TRLC x, TRLC*& o) {
-  const long long pEnd = static_cast<long long>(p.LastColumn) + 1;
-  const bool apart = pEnd < x.FirstColumn;
-  const bool overlap = pEnd > x.FirstColumn;
-  const int lo = std::min(p.LastColumn, x.LastColumn);
-  const int hi = std::max(p.LastColumn, x.LastColumn);
-  if (((!valid) | (overlap & ((x.FirstColumn <= p.FirstColumn) | (lo == hi)))) != 0) [[unlikely]] {
+  const int pf = p.FirstColumn, pl = p.LastColumn, xf = x.FirstColumn, xl = x.LastColumn;
+  const long long pEnd = static_cast<long long>(pl) + 1;
+  const bool apart = pEnd < xf;
+  const bool overlap = pEnd > xf;
+  const bool xShorter = xl < pl;
+  const int lo = iSel(xShorter, xl, pl);
+  const int hi = iSel(xShorter, pl, xl);
+  if (((!valid) | (overlap & ((xf <= pf) | (lo == hi)))) != 0) [[unlikely]] {
     // Equal first or last columns (or nothing pending): the head or the tail
     // goes away.
     if (!valid) {
       p = x;
       valid = true;
-    } else if (x.FirstColumn <= p.FirstColumn) {
+    } else if (xf <= pf) {
       if (lo == hi) {
         valid = false;
       } else {
         p = TRLC(lo, hi - 1);
       }
     } else {
-      p.LastColumn = x.FirstColumn - 1;
+      p.LastColumn = xf - 1;
     }
     return;
   }
@@ -172,12 +178,12 @@ inline void vXorStep(TRLC& p, bool& valid, const TRLC x, TRLC*& o) {
   // (p.first, x.first - 1) is final unless the moved tail (lo, hi - 1)
   // touches it, and then they fuse. (lo, hi - 1): the column lo stays and hi
   // drops out; kept as it is.
-  const bool split = overlap & (lo != x.FirstColumn);
-  *o = apart ? p : TRLC(p.FirstColumn, x.FirstColumn - 1);
+  const bool split = overlap & (lo != xf);
+  o->FirstColumn = pf;
+  o->LastColumn = iSel(apart, pl, xf - 1);
   o += apart | split;
-  const int nf = apart ? x.FirstColumn : (split ? lo : p.FirstColumn);
-  const int nl = overlap ? hi - 1 : x.LastColumn;
-  p = TRLC(nf, nl);
+  p.FirstColumn = iSel(apart, xf, iSel(split, lo, pf));
+  p.LastColumn = iSel(overlap, hi - 1, xl);
 }
 
 // The exclusive-or merge of two normal lines in one pass, merged by the sort
