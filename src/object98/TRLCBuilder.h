@@ -18,36 +18,32 @@
 // small. The lines get their pointers only in vFinish, after the last cut.
 class TRLCArray::TBuilder {
  public:
-  TBuilder(int lines, std::size_t room) : roomLeft_(room) { meta_.reserve(lines > 0 ? static_cast<std::size_t>(lines) : 0); }
+  TBuilder(int lines, std::size_t room) : roomLeft_(room) {
+    meta_.resize(lines > 0 ? static_cast<std::size_t>(lines) : 0);
+  }
 
   TRLC* pRoom(std::size_t n) {
     reserved_ = n;
-    if (n == 0) return nullptr;
-    if (blocks_.empty() || cap_ - used_ < n) {
-      vCut();
-      const std::size_t size = std::max(n, std::min(kBlock, roomLeft_));
-      void* p = std::malloc(size * sizeof(TRLC));
-      if (!p) throw std::bad_alloc();
-      blocks_.emplace_back(static_cast<TRLC*>(p));
-      cap_ = size;
-      used_ = 0;
-    }
-    return blocks_.back().get() + used_;
+    if (cap_ - used_ >= n) [[likely]]
+      return blocks_.empty() ? nullptr : blocks_.back().get() + used_;
+    return pNewBlock(n);
   }
 
   void vEndLine(int count, signed char state) {
-    TMeta m{0, 0, count, state};
+    if (next_ == meta_.size()) meta_.resize(meta_.size() + meta_.size() / 2 + 16);
+    TMeta& m = meta_[next_++];
+    m.count = count;
+    m.state = state;
     if (count > 0) {
       m.block = static_cast<uint32_t>(blocks_.size() - 1);
-      m.offset = static_cast<uint32_t>(used_);
+      m.offset = used_;
       used_ += static_cast<std::size_t>(count);
     }
-    meta_.push_back(m);
     roomLeft_ -= std::min(roomLeft_, reserved_);
     reserved_ = 0;
   }
 
-  int lines() const { return static_cast<int>(meta_.size()); }
+  int lines() const { return static_cast<int>(next_); }
   int count(int line) const { return meta_[static_cast<std::size_t>(line)].count; }
 
   // Hands the lines first..last to `a` as its content (lines outside that
@@ -55,9 +51,14 @@ class TRLCArray::TBuilder {
   void vFinish(TRLCArray& a, int first, int last) {
     vCut();
     std::vector<TRLCLine> lines(last >= first ? static_cast<std::size_t>(last - first + 1) : 0);
-    for (int i = first; i <= last; ++i) {
+    TRLCLine* l = lines.data();
+    for (int i = first; i <= last; ++i, ++l) {
       const TMeta& m = meta_[static_cast<std::size_t>(i)];
-      if (m.count > 0) lines[static_cast<std::size_t>(i - first)]._vBorrow(m.count, blocks_[m.block].get() + m.offset, m.state);
+      if (m.count > 0) {  // a fresh line borrows its runs
+        l->Begin = blocks_[m.block].get() + m.offset;
+        l->Size = m.count;
+        l->State = m.state;
+      }
     }
     a.Lines = std::move(lines);  // the old lines first: they may point into the old blocks
     a.Pool = std::move(blocks_);
@@ -67,11 +68,23 @@ class TRLCArray::TBuilder {
   static constexpr std::size_t kBlock = 8192;  // 64 KB of runs
 
   struct TMeta {
+    std::size_t offset;
     uint32_t block;
-    uint32_t offset;
     int count;
     signed char state;
   };
+
+  TRLC* pNewBlock(std::size_t n) {
+    if (n == 0) return nullptr;
+    vCut();
+    const std::size_t size = std::max(n, std::min(kBlock, roomLeft_));
+    void* p = std::malloc(size * sizeof(TRLC));
+    if (!p) throw std::bad_alloc();
+    blocks_.emplace_back(static_cast<TRLC*>(p));
+    cap_ = size;
+    used_ = 0;
+    return blocks_.back().get();
+  }
   // Gives back the unused end of the current block.
   void vCut() {
     if (blocks_.empty() || used_ == cap_) return;
@@ -90,4 +103,5 @@ class TRLCArray::TBuilder {
   std::size_t roomLeft_;
   std::size_t reserved_ = 0;
   std::vector<TMeta> meta_;
+  std::size_t next_ = 0;  // lines ended so far
 };

@@ -1,7 +1,9 @@
 #include "object98/TRLCLine.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "kxexception/KxError.h"
@@ -109,107 +111,108 @@ int iXorStream(Next&& next, TRLC* out) {
   return w;
 }
 
-// The union of two normal lines in one pass. `cur` is the run being grown; it
-// is written at o[w] every step and kept there only when the next run does
-// not fuse with it. Runs are well formed, so the grown run's end is always
-// the larger end.
+// The union of two normal lines in one pass: the merge and merge_OR_RLC at
+// once. `cur` is the run being grown. Runs are well formed, so a fused run's
+// end is the larger end. (Plain branches: in real regions they predict well
+// and keep the loads off the chain of dependencies, which makes them faster
+// here than selection by masks.)
 int iOrNormal(const TRLC* a, int na, const TRLC* b, int nb, TRLC* o) {
   const TRLC* ea = a + na;
   const TRLC* eb = b + nb;
+  TRLC* const start = o;
   TRLC cur;
   if (b == eb || (a != ea && a->FirstColumn <= b->FirstColumn)) {
     cur = *a++;
   } else {
     cur = *b++;
   }
-  int w = 0;
   auto push = [&](const TRLC x) {
-    const bool fuse = x.FirstColumn <= static_cast<long long>(cur.LastColumn) + 1;
-    o[w] = cur;
-    w += !fuse;
-    cur.FirstColumn = fuse ? cur.FirstColumn : x.FirstColumn;
-    cur.LastColumn = std::max(cur.LastColumn, x.LastColumn);
+    if (x.FirstColumn <= static_cast<long long>(cur.LastColumn) + 1) {
+      if (x.LastColumn > cur.LastColumn) cur.LastColumn = x.LastColumn;
+    } else {
+      *o++ = cur;
+      cur = x;
+    }
   };
   while (a != ea && b != eb) {
-    const bool takeB = b->FirstColumn < a->FirstColumn;
-    const TRLC x = takeB ? *b : *a;
-    a += !takeB;
-    b += takeB;
-    push(x);
+    if (b->FirstColumn < a->FirstColumn) {
+      push(*b++);
+    } else {
+      push(*a++);
+    }
   }
   while (a != ea) push(*a++);
   while (b != eb) push(*b++);
-  o[w++] = cur;
-  return w;
+  *o++ = cur;
+  return static_cast<int>(o - start);
 }
 
-// a when c, else b, by masking: the compiler keeps it free of branches,
-// which it does not always do for a conditional expression.
+// a when c, else b, by masking (no branch).
 inline int iSel(bool c, int a, int b) { return b ^ ((a ^ b) & -static_cast<int>(c)); }
 
 // One step of iXorNormal: the pending run p (valid unless a pair of
-// identical runs removed both) meets the next run x.
+// identical runs removed both) meets the next run x. The steps of
+// iXorStream, with the comparison of a changed pair resolved at once: runs
+// are well formed, so after an overlap the head (p.first, x.first - 1)
+// either touches the moved tail (lo, hi - 1) or ends before it. "Apart" is a
+// branch, as in the union; what follows an overlap is computed by masks,
+// since its cases follow no pattern; equal columns take a rare branch.
 inline void vXorStep(TRLC& p, bool& valid, const TRLC x, TRLC*& o) {
+  if (!valid) [[unlikely]] {
+    p = x;
+    valid = true;
+    return;
+  }
   const int pf = p.FirstColumn, pl = p.LastColumn, xf = x.FirstColumn, xl = x.LastColumn;
   const long long pEnd = static_cast<long long>(pl) + 1;
-  const bool apart = pEnd < xf;
-  const bool overlap = pEnd > xf;
+  if (pEnd < xf) {  // apart: p is final
+    *o++ = p;
+    p = x;
+    return;
+  }
+  const bool overlap = pEnd > xf;  // else touching: they fuse
   const bool xShorter = xl < pl;
   const int lo = iSel(xShorter, xl, pl);
   const int hi = iSel(xShorter, pl, xl);
-  if (((!valid) | (overlap & ((xf <= pf) | (lo == hi)))) != 0) [[unlikely]] {
-    // Equal first or last columns (or nothing pending): the head or the tail
-    // goes away.
-    if (!valid) {
-      p = x;
-      valid = true;
-    } else if (xf <= pf) {
-      if (lo == hi) {
-        valid = false;
-      } else {
-        p = TRLC(lo, hi - 1);
-      }
+  if ((overlap & ((xf <= pf) | (lo == hi))) != 0) [[unlikely]] {
+    if (xf > pf) {
+      p.LastColumn = xf - 1;  // the tail goes
+    } else if (lo == hi) {
+      valid = false;  // both go
     } else {
-      p.LastColumn = xf - 1;
+      p = TRLC(lo, hi - 1);  // the head goes
     }
     return;
   }
-  // Apart: p is final. Touching: they fuse. Overlapping: the head
-  // (p.first, x.first - 1) is final unless the moved tail (lo, hi - 1)
-  // touches it, and then they fuse. (lo, hi - 1): the column lo stays and hi
-  // drops out; kept as it is.
+  // The head is final unless the moved tail touches it. (lo, hi - 1): the
+  // column lo stays and hi drops out; kept as it is.
   const bool split = overlap & (lo != xf);
   o->FirstColumn = pf;
-  o->LastColumn = iSel(apart, pl, xf - 1);
-  o += apart | split;
-  p.FirstColumn = iSel(apart, xf, iSel(split, lo, pf));
+  o->LastColumn = xf - 1;
+  o += split;
+  p.FirstColumn = iSel(split, lo, pf);
   p.LastColumn = iSel(overlap, hi - 1, xl);
 }
 
 // The exclusive-or merge of two normal lines in one pass, merged by the sort
-// order as it goes. The same steps as iXorStream, with the comparison of a
-// changed pair resolved at once (runs are well formed, so after an overlap
-// the head (p.first, x.first - 1) either touches the moved tail or ends
-// before it) and the usual choices made by selection, not by branching:
-// which case comes next is as good as random in real regions. The rare cases
-// of equal columns take a branch.
+// order as it goes.
 int iXorNormal(const TRLC* a, int na, const TRLC* b, int nb, TRLC* o) {
   const TRLC* ea = a + na;
   const TRLC* eb = b + nb;
   TRLC* const start = o;
   TRLC p;
-  if (a == ea || (b != eb && iKey(*b) < iKey(*a))) {
+  if (a == ea || (b != eb && bBefore(*b, *a))) {
     p = *b++;
   } else {
     p = *a++;
   }
   bool valid = true;
   while (a != ea && b != eb) {
-    const TRLC x = *a, y = *b;
-    const bool takeB = iKey(y) < iKey(x);
-    a += !takeB;
-    b += takeB;
-    vXorStep(p, valid, takeB ? y : x, o);
+    if (bBefore(*b, *a)) {
+      vXorStep(p, valid, *b++, o);
+    } else {
+      vXorStep(p, valid, *a++, o);
+    }
   }
   while (a != ea) vXorStep(p, valid, *a++, o);
   while (b != eb) vXorStep(p, valid, *b++, o);
@@ -241,17 +244,27 @@ TResult intersect(const TRLC* a, int na, bool aNormal, const TRLC* b, int nb, bo
     // Ordered and disjoint: the overlaps come out in the order of the nested
     // loop below, in one pass, and at most na + nb - 1 of them. The pieces
     // keep the gaps of both lines, so they are normal again.
-    int i = 0, j = 0;
-    while (i < na && j < nb) {
-      const TRLC x = a[i], y = b[j];
-      const int lo = std::max(x.FirstColumn, y.FirstColumn);
-      const int hi = std::min(x.LastColumn, y.LastColumn);
-      o[k] = TRLC(lo, hi);
-      k += lo <= hi;
-      i += x.LastColumn <= y.LastColumn;
-      j += y.LastColumn <= x.LastColumn;
+    const TRLC* ea = a + na;
+    const TRLC* eb = b + nb;
+    TRLC* const start = o;
+    while (a != ea && b != eb) {
+      if (a->LastColumn < b->FirstColumn) {
+        ++a;
+      } else if (b->LastColumn < a->FirstColumn) {
+        ++b;
+      } else {
+        *o++ = TRLC(std::max(a->FirstColumn, b->FirstColumn), std::min(a->LastColumn, b->LastColumn));
+        if (a->LastColumn < b->LastColumn) {
+          ++a;
+        } else if (b->LastColumn < a->LastColumn) {
+          ++b;
+        } else {
+          ++a;
+          ++b;
+        }
+      }
     }
-    return {k, true};
+    return {static_cast<int>(o - start), true};
   }
   for (int i = 0; i < na; ++i)
     for (int j = 0; j < nb; ++j) {
@@ -284,7 +297,7 @@ TRLCLine::TRLCLine(int count, const TRLC* runs) {
 TRLCLine::TRLCLine(const TRLCLine& o) { _vSetRuns(o.Size, o.Begin, o.State); }
 
 TRLCLine::TRLCLine(TRLCLine&& o) {
-  if (o.Own) {
+  if (o.Owned) {
     _vTake(o);
   } else {
     _vSetRuns(o.Size, o.Begin, o.State);  // borrowed runs stay with their array
@@ -299,7 +312,8 @@ TRLCLine& TRLCLine::operator=(const TRLCLine& o) {
 
 TRLCLine& TRLCLine::operator=(TRLCLine&& o) {
   if (this != &o) {
-    if (o.Own) {
+    if (o.Owned) {
+      vFreeOwn();
       _vTake(o);
     } else {
       _vSetRuns(o.Size, o.Begin, o.State);
@@ -309,24 +323,27 @@ TRLCLine& TRLCLine::operator=(TRLCLine&& o) {
   return *this;
 }
 
+void TRLCLine::vFreeOwn() noexcept {
+  if (Owned) std::free(Begin);
+  Owned = false;
+}
+
 void TRLCLine::_vSetRuns(int count, const TRLC* runs, signed char state) {
-  if (count <= 0) {
-    Own.reset();
-    Begin = nullptr;
-    Size = 0;
-    State = eNormal;
-    return;
+  TRLC* a = nullptr;
+  if (count > 0) {
+    a = static_cast<TRLC*>(std::malloc(static_cast<std::size_t>(count) * sizeof(TRLC)));
+    if (!a) throw std::bad_alloc();
+    std::memcpy(a, runs, static_cast<std::size_t>(count) * sizeof(TRLC));
   }
-  auto a = std::make_unique_for_overwrite<TRLC[]>(static_cast<std::size_t>(count));
-  std::memcpy(a.get(), runs, static_cast<std::size_t>(count) * sizeof(TRLC));
-  Own = std::move(a);
-  Begin = Own.get();
-  Size = count;
-  State = state;
+  vFreeOwn();  // after the copy: `runs` may be this line's own
+  Begin = a;
+  Owned = a != nullptr;
+  Size = count > 0 ? count : 0;
+  State = count > 0 ? state : static_cast<signed char>(eNormal);
 }
 
 void TRLCLine::_vBorrow(int count, TRLC* runs, signed char state) {
-  Own.reset();
+  vFreeOwn();
   if (count <= 0) {
     Begin = nullptr;
     Size = 0;
@@ -339,10 +356,10 @@ void TRLCLine::_vBorrow(int count, TRLC* runs, signed char state) {
 }
 
 void TRLCLine::_vTake(TRLCLine& o) noexcept {
-  Own = std::move(o.Own);
   Begin = std::exchange(o.Begin, nullptr);
   Size = std::exchange(o.Size, 0);
   State = std::exchange(o.State, eNormal);
+  Owned = std::exchange(o.Owned, false);
 }
 
 bool TRLCLine::bIsNormal() const {

@@ -20,7 +20,6 @@
 // ("Size>0"). Not thread safe; distinct lines may be used on distinct threads.
 #pragma once
 
-#include <memory>
 
 struct TRLC {
   int FirstColumn;
@@ -47,7 +46,7 @@ class TRLCLine {
   TRLCLine(TRLCLine&& o);
   TRLCLine& operator=(const TRLCLine& o);
   TRLCLine& operator=(TRLCLine&& o);
-  ~TRLCLine() = default;
+  ~TRLCLine() { vFreeOwn(); }
 
   int getSize() const { return Size; }
   // The non-const form forgets that the line was known to be normal: the
@@ -98,12 +97,13 @@ class TRLCLine {
   void _vBorrow(int count, TRLC* runs, signed char state);
   // Takes the runs of `o` as they are, own or borrowed (within one array).
   void _vTake(TRLCLine& o) noexcept;
+  void vFreeOwn() noexcept;
 
+  TRLC* Begin = nullptr;  // the runs; null exactly when Size is 0
   int Size = 0;
   // Whether the runs are normal (see bIsNormal), found out once: the set
   // operators take their one-pass paths for normal lines without testing
   // them each time.
   mutable signed char State = eNormal;
-  TRLC* Begin = nullptr;        // the runs; null exactly when Size is 0
-  std::unique_ptr<TRLC[]> Own;  // the line's own array, or null when borrowed
+  bool Owned = false;  // Begin is the line's own allocation (std::malloc)
 };
