@@ -323,11 +323,6 @@ TRLCLine& TRLCLine::operator=(TRLCLine&& o) {
   return *this;
 }
 
-void TRLCLine::vFreeOwn() noexcept {
-  if (Owned) std::free(Begin);
-  Owned = false;
-}
-
 void TRLCLine::_vSetRuns(int count, const TRLC* runs, signed char state) {
   TRLC* a = nullptr;
   if (count > 0) {

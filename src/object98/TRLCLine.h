@@ -20,6 +20,8 @@
 // ("Size>0"). Not thread safe; distinct lines may be used on distinct threads.
 #pragma once
 
+#include <cstdlib>
+
 
 struct TRLC {
   int FirstColumn;
@@ -97,7 +99,10 @@ class TRLCLine {
   void _vBorrow(int count, TRLC* runs, signed char state);
   // Takes the runs of `o` as they are, own or borrowed (within one array).
   void _vTake(TRLCLine& o) noexcept;
-  void vFreeOwn() noexcept;
+  void vFreeOwn() noexcept {
+    if (Owned) std::free(Begin);
+    Owned = false;
+  }
 
   TRLC* Begin = nullptr;  // the runs; null exactly when Size is 0
   int Size = 0;
