@@ -1,6 +1,8 @@
-// Scratch directories and files for the file98 tests.
+// Scratch directories and files, parsed ini texts and expected error codes
+// for the file98 tests.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -8,6 +10,9 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "file98/TKxMemIniFile.h"
+#include "kxexception/KxError.h"
 
 namespace kxtest {
 
@@ -59,6 +64,25 @@ inline void writeFile(const std::string& path, const std::string& bytes) {
 inline std::string readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// An in-memory ini file read from `text`.
+inline TKxMemIniFile parsed(const std::string& text) {
+  TKxMemIniFile ini;
+  ini.vReadFromString(text.c_str());
+  return ini;
+}
+
+// Runs f and expects it to raise `code`; clears the error afterwards.
+template <class F>
+void expectCode(unsigned long code, F f) {
+  try {
+    f();
+    ADD_FAILURE() << "no error";
+  } catch (unsigned long c) {
+    EXPECT_EQ(c, code);
+    kx::deleteError();
+  }
 }
 
 }  // namespace kxtest

@@ -13,26 +13,11 @@
 
 namespace {
 
+using kxtest::expectCode;
+using kxtest::parsed;
 using kxtest::readFile;
 using kxtest::TempDir;
 using kxtest::writeFile;
-
-TKxMemIniFile parsed(const std::string& text) {
-  TKxMemIniFile ini;
-  ini.vReadFromString(text.c_str());
-  return ini;
-}
-
-template <class F>
-void expectCode(unsigned long code, F f) {
-  try {
-    f();
-    ADD_FAILURE() << "no error";
-  } catch (unsigned long c) {
-    EXPECT_EQ(c, code);
-    kx::deleteError();
-  }
-}
 
 TEST(IniHelpers, ReadChangesOnlyWhatExists) {
   auto ini = parsed("[s]\nstr=text\nemptystr=\nint=12\nbadint=x\ndbl=2,5\nbool=0\nrect=1,2,3,4\nbadrect=1,2,3\n");

@@ -14,6 +14,7 @@
 
 namespace {
 
+using kxtest::parsed;
 using kxtest::TempDir;
 using Section = TKxMemIniFile::TSection;
 
@@ -24,12 +25,6 @@ std::string text(TKxMemIniFile& ini) {
   s.pop_back();
   EXPECT_EQ(s, ini.sWriteToString());
   return s;
-}
-
-TKxMemIniFile parsed(const std::string& t) {
-  TKxMemIniFile ini;
-  ini.vReadFromString(t.c_str());
-  return ini;
 }
 
 TEST(MemIniRead, EntryRulesOfTheFormat) {

@@ -11,26 +11,11 @@
 
 namespace {
 
+using kxtest::expectCode;
+using kxtest::parsed;
 using kxtest::readFile;
 using kxtest::TempDir;
 using kxtest::writeFile;
-
-TKxMemIniFile parsed(const std::string& text) {
-  TKxMemIniFile ini;
-  ini.vReadFromString(text.c_str());
-  return ini;
-}
-
-template <class F>
-void expectCode(unsigned long code, F f) {
-  try {
-    f();
-    ADD_FAILURE() << "no error";
-  } catch (unsigned long c) {
-    EXPECT_EQ(c, code);
-    kx::deleteError();
-  }
-}
 
 TEST(TextConverter, ReplacesPlaceholdersLineByLine) {
   auto ini = parsed("[Replace]\nIni=c:/kx/KdoIntUse.ini\nName=Cam 1\nEmpty=\n[Other]\nName=wrong\n");
