@@ -9,7 +9,10 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <unordered_map>
+
+#include "kxutils/KxUtilsErrors.h"
 
 namespace kxutils::detail {
 
@@ -40,5 +43,30 @@ class THandleTable {
  private:
   std::unordered_map<uintptr_t, std::unique_ptr<TEntry>> entries_;
 };
+
+// The body of every ul*_CreateHandle: `make()` builds the entry, which gets a
+// new handle in *handle. Takes the mutex itself; running out of memory is
+// ulErrNoImage.
+template <class TTable, class F>
+unsigned long createHandle(TTable& table, void** handle, F&& make) {
+  if (!handle) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  try {
+    *handle = table.add(make());
+  } catch (const std::bad_alloc&) {
+    return ulErrNoImage;
+  }
+  return ulOk;
+}
+
+// The body of every ul*_DeleteHandle: removes the entry and nulls *handle.
+template <class TTable>
+unsigned long deleteHandle(TTable& table, void** handle) {
+  if (!handle) return ulErrArgument;
+  std::lock_guard<std::mutex> lock(tableMutex());
+  if (!table.remove(*handle)) return ulErrHandle;
+  *handle = nullptr;
+  return ulOk;
+}
 
 }  // namespace kxutils::detail

@@ -17,23 +17,10 @@ THandleTable<TColorSpaceInfo, eKind::eColorSpace>& table() {
 }  // namespace
 
 unsigned long ulColorSpace_CreateHandle(void** handle) {
-  if (!handle) return ulErrArgument;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  try {
-    *handle = table().add(std::make_unique<TColorSpaceInfo>());
-  } catch (const std::bad_alloc&) {
-    return ulErrNoImage;
-  }
-  return ulOk;
+  return createHandle(table(), handle, [] { return std::make_unique<TColorSpaceInfo>(); });
 }
 
-unsigned long ulColorSpace_DeleteHandle(void** handle) {
-  if (!handle) return ulErrArgument;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  if (!table().remove(*handle)) return ulErrHandle;
-  *handle = nullptr;
-  return ulOk;
-}
+unsigned long ulColorSpace_DeleteHandle(void** handle) { return deleteHandle(table(), handle); }
 
 unsigned long ulColorSpace_SetDestination(void* handle, unsigned long toFlag, float refR, float refG, float refB) {
   // A destination is one colour-space flag.

@@ -35,23 +35,10 @@ unsigned long with(void* handle, F&& f) {
 }  // namespace
 
 unsigned long ulCoordinatesystem_CreateHandle(void** handle) {
-  if (!handle) return ulErrArgument;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  try {
-    *handle = table().add(std::make_unique<TCoordinatesystemInfo>());
-  } catch (const std::bad_alloc&) {
-    return ulErrNoImage;
-  }
-  return ulOk;
+  return createHandle(table(), handle, [] { return std::make_unique<TCoordinatesystemInfo>(); });
 }
 
-unsigned long ulCoordinatesystem_DeleteHandle(void** handle) {
-  if (!handle) return ulErrArgument;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  if (!table().remove(*handle)) return ulErrHandle;
-  *handle = nullptr;
-  return ulOk;
-}
+unsigned long ulCoordinatesystem_DeleteHandle(void** handle) { return deleteHandle(table(), handle); }
 
 unsigned long ulCoordinatesystem_SetName(void* handle, const char* name) {
   return with(handle, [&](TCoordinatesystemInfo& e) { e.name = text(name); });

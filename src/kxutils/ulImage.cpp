@@ -53,15 +53,11 @@ double read(const unsigned char* p) {
 unsigned long ulImage_CreateHandle(unsigned long type, void** handle) {
   if (!handle) return ulErrArgument;
   if (bytesPerPixel(type) == 0) return ulErrType;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  try {
+  return createHandle(table(), handle, [type] {
     auto im = std::make_unique<TImage>();
     im->type = type;
-    *handle = table().add(std::move(im));
-  } catch (const std::bad_alloc&) {
-    return ulErrNoImage;
-  }
-  return ulOk;
+    return im;
+  });
 }
 
 unsigned long ulImage_Alloc2(void* handle, int lines, int lineDistance, int firstLine, int firstColumn,
@@ -119,13 +115,7 @@ unsigned long ulImage_ConnectImage(void* handle, int lines, int columns, int fir
   return ulOk;
 }
 
-unsigned long ulImage_DeleteHandle(void** handle) {
-  if (!handle) return ulErrArgument;
-  std::lock_guard<std::mutex> lock(tableMutex());
-  if (!table().remove(*handle)) return ulErrHandle;
-  *handle = nullptr;
-  return ulOk;
-}
+unsigned long ulImage_DeleteHandle(void** handle) { return deleteHandle(table(), handle); }
 
 unsigned long ulImage_GetInfo(void* handle, TImageInfo* info) {
   if (!info) return ulErrArgument;
