@@ -18,6 +18,16 @@ herr_t collectName(hid_t, const char* name, const H5L_info_t*, void* data) {
   return 0;
 }
 
+// The member `name` of `dir` as a T when its handle is of kind `typ`, else
+// the error `code` with `text` and the member's full name.
+template <class T>
+T* openAs(TH5Directory* dir, const char* name, TH5Handle::eH5ObjectTyp typ, unsigned long code, const char* text) {
+  TH5Handle* h = dir->pOpenChild(name);
+  if (h->_eGetObjectTyp() != typ)
+    KX_THROW(code, text, (std::string(dir->cpGetFullName()) + "/" + (name ? name : "")).c_str());
+  return static_cast<T*>(h);
+}
+
 // Bytes of data below a group: data sets and attributes, following hard
 // links only.
 unsigned long long storageBelow(hid_t group, int depth) {
@@ -65,12 +75,7 @@ TH5Directory* TH5Directory::pCreateDir(const char* name) {
 }
 
 TH5Directory* TH5Directory::pOpenDir(const char* name) {
-  KX_TRY {
-    TH5Handle* h = pOpenChild(name);
-    if (h->_eGetObjectTyp() != eH5Directory)
-      KX_THROW(ulH5NotExist, sDirNotExist(), (std::string(cpGetFullName()) + "/" + (name ? name : "")).c_str());
-    return static_cast<TH5Directory*>(h);
-  }
+  KX_TRY { return openAs<TH5Directory>(this, name, eH5Directory, ulH5NotExist, sDirNotExist()); }
   KX_CATCH
 }
 
@@ -96,22 +101,12 @@ TH5Compound* TH5Directory::pCreateCompound(unsigned size) {
 }
 
 TH5Atomic* TH5Directory::pOpenAtomic(const char* name) {
-  KX_TRY {
-    TH5Handle* h = pOpenChild(name);
-    if (h->_eGetObjectTyp() != eH5Atomic)
-      KX_THROW(ulH5NotExist, sObjectNotExist(), (std::string(cpGetFullName()) + "/" + (name ? name : "")).c_str());
-    return static_cast<TH5Atomic*>(h);
-  }
+  KX_TRY { return openAs<TH5Atomic>(this, name, eH5Atomic, ulH5NotExist, sObjectNotExist()); }
   KX_CATCH
 }
 
 TH5Compound* TH5Directory::pOpenCompound(const char* name) {
-  KX_TRY {
-    TH5Handle* h = pOpenChild(name);
-    if (h->_eGetObjectTyp() != eH5Compound)
-      KX_THROW(ulH5NotExist, sObjectNotExist(), (std::string(cpGetFullName()) + "/" + (name ? name : "")).c_str());
-    return static_cast<TH5Compound*>(h);
-  }
+  KX_TRY { return openAs<TH5Compound>(this, name, eH5Compound, ulH5NotExist, sObjectNotExist()); }
   KX_CATCH
 }
 
@@ -165,12 +160,7 @@ TH5Data* TH5Directory::pCreateData(const char* name, const TH5Type* type, const 
 }
 
 TH5Data* TH5Directory::pOpenData(const char* name) {
-  KX_TRY {
-    TH5Handle* h = pOpenChild(name);
-    if (h->_eGetObjectTyp() != eH5Data)
-      KX_THROW(ulH5Database, sNotADataset(), (std::string(cpGetFullName()) + "/" + (name ? name : "")).c_str());
-    return static_cast<TH5Data*>(h);
-  }
+  KX_TRY { return openAs<TH5Data>(this, name, eH5Data, ulH5Database, sNotADataset()); }
   KX_CATCH
 }
 
