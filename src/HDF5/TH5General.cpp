@@ -1,5 +1,6 @@
 #include "HDF5/TH5General.h"
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
@@ -33,6 +34,34 @@ std::string newSignature() {
   char sig[64];
   std::snprintf(sig, sizeof sig, "%s%03u%06u", date, ms, counter);
   return sig;
+}
+
+// Runs `f`, then gives `child` back to `owner`, also when `f` fails.
+template <class F>
+void thenDelete(TH5Handle* owner, TH5Handle* child, F&& f) {
+  try {
+    f();
+  } catch (...) {
+    owner->vDelete(child);
+    throw;
+  }
+  owner->vDelete(child);
+}
+
+// The extent of a buffer that holds a block of `count` at `memFirst`, for a
+// data set that must be of rank N; out of range when it is not, or when the
+// extent does not fit.
+template <size_t N>
+std::array<unsigned long long, N> memExtent(const TH5Data* data, const std::string& abs,
+                                            const unsigned long long (&count)[N],
+                                            const unsigned long long (&memFirst)[N]) {
+  if (data->uGetRank() != N) KX_THROW(ulH5Database, sOutOfRange(), abs.c_str());
+  std::array<unsigned long long, N> memDims;
+  for (size_t i = 0; i < N; ++i) {
+    memDims[i] = memFirst[i] + count[i];
+    if (memDims[i] < count[i]) KX_THROW(ulH5Database, sOutOfRange(), abs.c_str());
+  }
+  return memDims;
 }
 }  // namespace
 
@@ -433,13 +462,7 @@ void TH5General::vRead(const std::string& path, void* buffer, const TCompound& c
   KX_TRY {
     const auto o = _tOpenData(path);
     TH5Type* type = _pMakeType(file_, TH5Type::eUnknownTyp, &compound);
-    try {
-      o.data()->vRead(buffer, type);
-    } catch (...) {
-      file_->vDelete(type);
-      throw;
-    }
-    file_->vDelete(type);
+    thenDelete(file_, type, [&] { o.data()->vRead(buffer, type); });
   }
   KX_CATCH
 }
@@ -448,10 +471,8 @@ void TH5General::vRead1(unsigned long long count, unsigned long long firstInFile
                         const std::string& path, void* buffer) const {
   KX_TRY {
     const auto o = _tOpenData(path);
-    if (o.data()->uGetRank() != 1) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    const unsigned long long memDims = firstInMemory + count;
-    if (memDims < count) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    o.data()->vReadBlock(&firstInFile, &count, buffer, nullptr, &memDims, &firstInMemory);
+    const auto memDims = memExtent<1>(o.data(), o.abs, {count}, {firstInMemory});
+    o.data()->vReadBlock(&firstInFile, &count, buffer, nullptr, memDims.data(), &firstInMemory);
   }
   KX_CATCH
 }
@@ -461,11 +482,10 @@ void TH5General::vRead2(unsigned long long lines, unsigned long long columns, un
                         const std::string& path, void* buffer) const {
   KX_TRY {
     const auto o = _tOpenData(path);
-    if (o.data()->uGetRank() != 2) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
     const unsigned long long first[2] = {fileLine, fileColumn}, count[2] = {lines, columns};
-    const unsigned long long memFirst[2] = {memLine, memColumn}, memDims[2] = {memLine + lines, memColumn + columns};
-    if (memDims[0] < lines || memDims[1] < columns) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    o.data()->vReadBlock(first, count, buffer, nullptr, memDims, memFirst);
+    const unsigned long long memFirst[2] = {memLine, memColumn};
+    const auto memDims = memExtent(o.data(), o.abs, count, memFirst);
+    o.data()->vReadBlock(first, count, buffer, nullptr, memDims.data(), memFirst);
   }
   KX_CATCH
 }
@@ -483,13 +503,7 @@ void TH5General::vWrite(const void* buffer, const std::string& path, const TComp
     _vCheckWrite(path);
     const auto o = _tOpenData(path);
     TH5Type* type = _pMakeType(file_, TH5Type::eUnknownTyp, &compound);
-    try {
-      o.data()->vWrite(buffer, type);
-    } catch (...) {
-      file_->vDelete(type);
-      throw;
-    }
-    file_->vDelete(type);
+    thenDelete(file_, type, [&] { o.data()->vWrite(buffer, type); });
   }
   KX_CATCH
 }
@@ -499,10 +513,8 @@ void TH5General::vWrite1(unsigned long long count, unsigned long long firstInFil
   KX_TRY {
     _vCheckWrite(path);
     const auto o = _tOpenData(path);
-    if (o.data()->uGetRank() != 1) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    const unsigned long long memDims = firstInMemory + count;
-    if (memDims < count) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    o.data()->vWriteBlock(&firstInFile, &count, buffer, nullptr, &memDims, &firstInMemory);
+    const auto memDims = memExtent<1>(o.data(), o.abs, {count}, {firstInMemory});
+    o.data()->vWriteBlock(&firstInFile, &count, buffer, nullptr, memDims.data(), &firstInMemory);
   }
   KX_CATCH
 }
@@ -513,11 +525,10 @@ void TH5General::vWrite2(unsigned long long lines, unsigned long long columns, u
   KX_TRY {
     _vCheckWrite(path);
     const auto o = _tOpenData(path);
-    if (o.data()->uGetRank() != 2) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
     const unsigned long long first[2] = {fileLine, fileColumn}, count[2] = {lines, columns};
-    const unsigned long long memFirst[2] = {memLine, memColumn}, memDims[2] = {memLine + lines, memColumn + columns};
-    if (memDims[0] < lines || memDims[1] < columns) KX_THROW(ulH5Database, sOutOfRange(), o.abs.c_str());
-    o.data()->vWriteBlock(first, count, buffer, nullptr, memDims, memFirst);
+    const unsigned long long memFirst[2] = {memLine, memColumn};
+    const auto memDims = memExtent(o.data(), o.abs, count, memFirst);
+    o.data()->vWriteBlock(first, count, buffer, nullptr, memDims.data(), memFirst);
   }
   KX_CATCH
 }
@@ -537,13 +548,7 @@ void TH5General::vWriteAttribute(const std::string& path, const std::string& nam
     try {
       space = file_->pCreateSpace(count == 1 ? 0 : 1, &n);
       TH5Attribute* a = o.p->pCreateAttr(name.c_str(), type, space);
-      try {
-        a->vWrite(values, typ);
-      } catch (...) {
-        o.p->vDelete(a);
-        throw;
-      }
-      o.p->vDelete(a);
+      thenDelete(o.p, a, [&] { a->vWrite(values, typ); });
     } catch (...) {
       file_->vDelete(type);
       if (space) file_->vDelete(space);
