@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -129,9 +130,47 @@ const TRLCLine& emptyLine() {
 
 }  // namespace
 
-// ---- the builder ---------------------------------------------------------
+// ---- run blocks ------------------------------------------------------------
 
-void TRLCArray::TFreeRuns::operator()(TRLC* p) const noexcept { std::free(p); }
+namespace {
+
+// The standard blocks a thread freed, kept for its next regions: up to 2 MB,
+// enough for the lines of a picture full of objects, and given back when the
+// thread ends. Trivially destructible, so that it can still be asked while
+// the thread's destructors run; `closed` is set when the spares are gone.
+struct TSpareBlocks {
+  static constexpr int kMax = 32;
+  TRLC* block[kMax];
+  int count;
+  bool closed;
+};
+thread_local TSpareBlocks tSpares{};
+
+struct TSpareBlocksCloser {
+  ~TSpareBlocksCloser() {
+    while (tSpares.count > 0) std::free(tSpares.block[--tSpares.count]);
+    tSpares.closed = true;  // blocks freed later (static regions) go to the allocator
+  }
+};
+
+}  // namespace
+
+TRLCArray::TRunBlock TRLCArray::_NewBlock(std::size_t runs) {
+  if (runs == kBlockRuns && tSpares.count > 0) return TRunBlock(tSpares.block[--tSpares.count], TFreeRuns{true});
+  void* p = std::malloc(runs * sizeof(TRLC));
+  if (!p) throw std::bad_alloc();
+  return TRunBlock(static_cast<TRLC*>(p), TFreeRuns{runs == kBlockRuns});
+}
+
+void TRLCArray::TFreeRuns::operator()(TRLC* p) const noexcept {
+  if (bStandard && !tSpares.closed && tSpares.count < TSpareBlocks::kMax) {
+    thread_local TSpareBlocksCloser closer;  // frees the spares at the thread's end
+    (void)closer;
+    tSpares.block[tSpares.count++] = p;
+    return;
+  }
+  std::free(p);
+}
 
 // ---- construction ----------------------------------------------------------
 

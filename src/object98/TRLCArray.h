@@ -119,10 +119,19 @@ class TRLCArray {
     int x;
     int y;
   };
+  // Runs in a standard block. Standard blocks freed by a thread are kept for
+  // its next regions (a few of them, see TRLCArray.cpp): a chain of set
+  // operations then reuses memory that is mapped already, instead of handing
+  // it back to the system and faulting it in again on every step.
+  static constexpr std::size_t kBlockRuns = 8192;  // 64 KB
   struct TFreeRuns {
+    bool bStandard = false;  // kBlockRuns runs, reusable
     void operator()(TRLC* p) const noexcept;
   };
   using TRunBlock = std::unique_ptr<TRLC, TFreeRuns>;
+  // A block of `runs` runs; a standard one comes from the thread's spares
+  // when there are any.
+  static TRunBlock _NewBlock(std::size_t runs);
   // Makes the lines and the run blocks of a new content, line by line.
   class TBuilder;
   friend class TBuilder;

@@ -12,10 +12,13 @@
 
 // Lines are added one after the other: pRoom(n) gives room for at most n runs
 // of the next line, vEndLine closes it with the count actually written. The
-// runs go into blocks of at most kBlock runs (larger only for a single larger
-// line); a block is cut to what it holds when the next one starts. `room`,
-// an upper bound of all runs to come, keeps the block of a small region
-// small. The lines get their pointers only in vFinish, after the last cut.
+// runs go into standard blocks of kBlockRuns runs, larger only for a single
+// larger line. `room`, an upper bound of all runs to come, keeps the block of
+// a small region small. A block of another size is cut to what it holds when
+// the next one starts, and so is the last block; a full standard block keeps
+// its unused end (less than the room of the line that did not fit), so that
+// it can be reused. The lines get their pointers only in vFinish, after the
+// last cut.
 class TRLCArray::TBuilder {
  public:
   TBuilder(int lines, std::size_t room) : roomLeft_(room) {
@@ -65,8 +68,6 @@ class TRLCArray::TBuilder {
   }
 
  private:
-  static constexpr std::size_t kBlock = 8192;  // 64 KB of runs
-
   struct TMeta {
     std::size_t offset;
     uint32_t block;
@@ -76,16 +77,15 @@ class TRLCArray::TBuilder {
 
   TRLC* pNewBlock(std::size_t n) {
     if (n == 0) return nullptr;
-    vCut();
-    const std::size_t size = std::max(n, std::min(kBlock, roomLeft_));
-    void* p = std::malloc(size * sizeof(TRLC));
-    if (!p) throw std::bad_alloc();
-    blocks_.emplace_back(static_cast<TRLC*>(p));
+    if (blocks_.empty() || !blocks_.back().get_deleter().bStandard || used_ == 0) vCut();
+    const std::size_t size = std::max(n, std::min(kBlockRuns, roomLeft_));
+    blocks_.push_back(TRLCArray::_NewBlock(size));
     cap_ = size;
     used_ = 0;
     return blocks_.back().get();
   }
-  // Gives back the unused end of the current block.
+  // Gives back the unused end of the current block (which is then no
+  // standard block any more).
   void vCut() {
     if (blocks_.empty() || used_ == cap_) return;
     if (used_ == 0) {
@@ -93,6 +93,7 @@ class TRLCArray::TBuilder {
     } else if (void* q = std::realloc(blocks_.back().get(), used_ * sizeof(TRLC))) {
       (void)blocks_.back().release();
       blocks_.back().reset(static_cast<TRLC*>(q));
+      blocks_.back().get_deleter().bStandard = false;
     }
     cap_ = used_;
   }
