@@ -357,8 +357,8 @@ void TRLCLine::_vTake(TRLCLine& o) noexcept {
   Owned = std::exchange(o.Owned, false);
 }
 
-bool TRLCLine::bIsNormal() const {
-  if (State == eUnknown) State = rlc::bIsNormal(Begin, Size) ? eNormal : eNotNormal;
+bool TRLCLine::_bFindNormal() const {
+  State = rlc::bIsNormal(Begin, Size) ? eNormal : eNotNormal;
   return State == eNormal;
 }
 

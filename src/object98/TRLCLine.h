@@ -86,12 +86,14 @@ class TRLCLine {
   // Whether the runs are normal: each well formed (first <= last), sorted,
   // with at least one free column between neighbours. Remembered until the
   // runs change.
-  bool bIsNormal() const;
+  bool bIsNormal() const { return State == eNormal || (State == eUnknown && _bFindNormal()); }
 
  private:
   friend class TRLCArray;
   friend class TPicture2RLC;
   enum : signed char { eUnknown = 0, eNormal = 1, eNotNormal = 2 };
+  // Tests the runs and remembers the answer.
+  bool _bFindNormal() const;
   // Replaces the runs by an own copy of exactly `count` runs, whose
   // normality is `state` (eUnknown when not known).
   void _vSetRuns(int count, const TRLC* runs, signed char state = eUnknown);
