@@ -1,8 +1,10 @@
-// Helpers of the rastrix tests: error codes of a call, a message recorder.
+// Helpers of the rastrix tests: error codes of a call, a message recorder,
+// colour pixels from numbers, bitwise pixel comparison.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
@@ -10,6 +12,7 @@
 
 #include "kxexception/KxError.h"
 #include "kxexception/TDelivery.h"
+#include "rastrix/TRGBPixel.h"
 
 namespace rastrixtest {
 
@@ -60,5 +63,23 @@ class TRecorder : public TDelivery {
   std::vector<unsigned long> params;
   std::function<void(unsigned long)> onMessage;
 };
+
+inline Rastrix::TRGBPixel rgb(int r, int g, int b) {
+  Rastrix::TRGBPixel p;
+  p.set(r, g, b);
+  return p;
+}
+
+inline Rastrix::TRGBFloatPixel rgbf(float r, float g, float b) {
+  Rastrix::TRGBFloatPixel p;
+  p.set(r, g, b);
+  return p;
+}
+
+// Two pixels equal to the bit (NaN equals itself, -0 differs from 0).
+template <class T>
+bool same(const T& a, const T& b) {
+  return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
 
 }  // namespace rastrixtest

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 
+#include "RastrixTestUtil.h"
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
 #include "rastrix/PixelTraits.h"
@@ -15,30 +16,11 @@
 
 using Rastrix::TRGBFloatPixel;
 using Rastrix::TRGBPixel;
+using rastrixtest::codeOf;
+using rastrixtest::rgb;
+using rastrixtest::rgbf;
 
 namespace {
-
-TRGBPixel rgb(int r, int g, int b) {
-  TRGBPixel p;
-  p.set(r, g, b);
-  return p;
-}
-TRGBFloatPixel rgbf(float r, float g, float b) {
-  TRGBFloatPixel p;
-  p.set(r, g, b);
-  return p;
-}
-
-template <class F>
-unsigned long codeOf(F&& f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
 
 TEST(TruncLow, TruncatesThenKeepsLowBits) {
   EXPECT_EQ(kx::truncLow<unsigned char>(300.7), 44);

@@ -22,6 +22,7 @@
 using namespace Rastrix;
 using rastrixtest::codeOf;
 using rastrixtest::errorOf;
+using rastrixtest::same;
 using rastrixtest::TRecorder;
 
 namespace {
@@ -46,11 +47,6 @@ T px(int v) {
   } else {
     return static_cast<T>(v);
   }
-}
-
-template <class T>
-bool same(const T& a, const T& b) {
-  return std::memcmp(&a, &b, sizeof(T)) == 0;
 }
 
 template <class T>

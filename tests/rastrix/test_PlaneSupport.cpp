@@ -24,14 +24,9 @@
 using namespace Rastrix;
 using rastrixtest::codeOf;
 using rastrixtest::errorOf;
+using rastrixtest::rgbf;
 
 namespace {
-
-TRGBFloatPixel rgbf(float r, float g, float b) {
-  TRGBFloatPixel p;
-  p.set(r, g, b);
-  return p;
-}
 
 TEST(DateTime, DaysSince30December1899) {
   EXPECT_EQ(TDateTime::encode(1899, 12, 30).val, 0.0);

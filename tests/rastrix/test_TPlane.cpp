@@ -17,6 +17,7 @@
 using namespace Rastrix;
 using rastrixtest::codeOf;
 using rastrixtest::errorOf;
+using rastrixtest::same;
 using rastrixtest::TRecorder;
 
 namespace {
@@ -35,11 +36,6 @@ T px(int v) {
   } else {
     return static_cast<T>(v);
   }
-}
-
-template <class T>
-bool same(const T& a, const T& b) {
-  return std::memcmp(&a, &b, sizeof(T)) == 0;
 }
 
 // Fills every pixel with a number from its absolute position.
