@@ -308,36 +308,33 @@ Process::TTimeStamp TPlaneBasic::getTimeStamp() const {
   return own > cs ? own : cs;
 }
 
-TRGBPixel TPlaneBasic::min(const TRGBPixel& a, const TRGBPixel& b) {
-  TRGBPixel r;
-  r.b = std::min(a.b, b.b);
-  r.g = std::min(a.g, b.g);
-  r.r = std::min(a.r, b.r);
+namespace {
+// The colour pixel whose every component is f of the components of a and b.
+template <class P, class F>
+P byComponent(const P& a, const P& b, F f) {
+  P r;
+  r.b = f(a.b, b.b);
+  r.g = f(a.g, b.g);
+  r.r = f(a.r, b.r);
   return r;
+}
+}  // namespace
+
+// The components go through the scalar min/max of their type.
+TRGBPixel TPlaneBasic::min(const TRGBPixel& a, const TRGBPixel& b) {
+  return byComponent(a, b, [](auto x, auto y) { return min(x, y); });
 }
 
 TRGBFloatPixel TPlaneBasic::min(const TRGBFloatPixel& a, const TRGBFloatPixel& b) {
-  TRGBFloatPixel r;
-  r.b = min(a.b, b.b);
-  r.g = min(a.g, b.g);
-  r.r = min(a.r, b.r);
-  return r;
+  return byComponent(a, b, [](auto x, auto y) { return min(x, y); });
 }
 
 TRGBPixel TPlaneBasic::max(const TRGBPixel& a, const TRGBPixel& b) {
-  TRGBPixel r;
-  r.b = std::max(a.b, b.b);
-  r.g = std::max(a.g, b.g);
-  r.r = std::max(a.r, b.r);
-  return r;
+  return byComponent(a, b, [](auto x, auto y) { return max(x, y); });
 }
 
 TRGBFloatPixel TPlaneBasic::max(const TRGBFloatPixel& a, const TRGBFloatPixel& b) {
-  TRGBFloatPixel r;
-  r.b = max(a.b, b.b);
-  r.g = max(a.g, b.g);
-  r.r = max(a.r, b.r);
-  return r;
+  return byComponent(a, b, [](auto x, auto y) { return max(x, y); });
 }
 
 const std::vector<TPlaneBasic*>& TPlaneBasic::vpInstances() { return instances(); }
