@@ -173,6 +173,13 @@ int endOf(int first, int span) {
   return e > INT32_MAX ? INT32_MAX : static_cast<int>(e);
 }
 
+// After pixels were written: a new stamp on the common and message 51 to its
+// listeners.
+void pixelsWritten(TPlaneBasic& plane) {
+  plane.setTimeStamp();
+  plane.vSendCommonMessage(51, 0);
+}
+
 }  // namespace
 
 // ------------------------------------------------------------ fills
@@ -185,8 +192,7 @@ void TPlane<T>::clear() {
     const std::size_t bytes = static_cast<std::size_t>(iColumns) * sizeof(T);
     for (int l = iFirstLine; l <= getLastLine(); ++l) std::memset(static_cast<void*>(ppRows[l] + iFirstColumn), 0, bytes);
     unlock();
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -211,8 +217,7 @@ void TPlane<T>::setRectangle(const T& value, int l1, int l2, int c1, int c2) {
     lock();
     for (int l = l1; l <= l2; ++l) _setLine(v, l, c1, c2);
     unlock();
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -286,8 +291,7 @@ void TPlane<T>::putLine(const T* in, int line, int c1, int c2) {
     lock();
     _putLine(in, line, c1, c2);
     unlock();
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -320,8 +324,7 @@ void TPlane<T>::putColumn(const T* in, int column, int l1, int l2) {
     lock();
     for (int l = l1; l <= l2; ++l) ppRows[l][column] = *in++;
     unlock();
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -369,8 +372,7 @@ void TPlane<T>::insert(const TPlane& src, int l1, int l2, int c1, int c2, int to
     for (int i = 0; i <= l2 - l1; ++i)
       std::memmove(static_cast<void*>(ppRows[toLine + i] + toColumn), src.ppRows[l1 + i] + c1, bytes);
     unlock();
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -482,8 +484,7 @@ void TPlane<T>::scaleDown(const TPlane& src, int iY, int iX, bool alloc) {
                static_cast<std::size_t>(columns), iX);
       storeRow(ppRows[iFirstLine + i] + iFirstColumn, acc.data(), static_cast<std::size_t>(columns), n);
     }
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
 }
@@ -523,8 +524,7 @@ TPlane<T>& TPlane<T>::operator*=(const TPlane& o)
     const TOperatorPass p = operatorPass(*this, o);
     if (p.l1 <= p.l2 && p.c1 <= p.c2)
       for (int l = p.l1; l <= p.l2; ++l) multiplyRow(ppRows[l] + p.c1, o.ppRows[l] + p.c1, width(p.c1, p.c2));
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
   return *this;
@@ -538,8 +538,7 @@ TPlane<T>& TPlane<T>::operator/=(const TPlane& o)
     const TOperatorPass p = operatorPass(*this, o);
     if (p.l1 <= p.l2 && p.c1 <= p.c2)
       for (int l = p.l1; l <= p.l2; ++l) divideRow(ppRows[l] + p.c1, o.ppRows[l] + p.c1, width(p.c1, p.c2));
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
   return *this;
@@ -554,8 +553,7 @@ TPlane<T>& TPlane<T>::operator*=(const T& value)
     if (bValid)
       for (int l = iFirstLine; l <= getLastLine(); ++l)
         scaleRow(ppRows[l] + iFirstColumn, v, static_cast<std::size_t>(iColumns));
-    setTimeStamp();
-    vSendCommonMessage(51, 0);
+    pixelsWritten(*this);
   }
   KX_CATCH
   return *this;
