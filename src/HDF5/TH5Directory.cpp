@@ -178,13 +178,17 @@ TH5Link* TH5Directory::pCreateLink(const char* target, const char* name) {
   KX_CATCH
 }
 
+void TH5Directory::_vCopyHere(const TH5Handle* source, const char* name) {
+  _vCheckNewName(name);
+  if (!source) KX_THROW(ulH5Database, sBadArgument(), name);
+  ocopy(source->iGetId(), ".", id_, name);
+  _vMemberAdded(name);
+  vWriteAccess();
+}
+
 TH5Data* TH5Directory::pDataCopy(const TH5Data* source, const char* name) {
   KX_TRY {
-    _vCheckNewName(name);
-    if (!source) KX_THROW(ulH5Database, sBadArgument(), name);
-    ocopy(source->iGetId(), ".", id_, name);
-    _vMemberAdded(name);
-    vWriteAccess();
+    _vCopyHere(source, name);
     return pOpenData(name);
   }
   KX_CATCH
@@ -204,11 +208,7 @@ void TH5Directory::vCompoundCopy(const TH5Compound* source, const char* name) {
 
 TH5Directory* TH5Directory::pDeepCopy(const TH5Directory* source, const char* name) {
   KX_TRY {
-    _vCheckNewName(name);
-    if (!source) KX_THROW(ulH5Database, sBadArgument(), name);
-    ocopy(source->iGetId(), ".", id_, name);
-    _vMemberAdded(name);
-    vWriteAccess();
+    _vCopyHere(source, name);
     return pOpenDir(name);
   }
   KX_CATCH

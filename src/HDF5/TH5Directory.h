@@ -47,6 +47,8 @@ class TH5Directory : public TH5Handle {
  protected:
   TH5Directory(TH5Handle* parent, hid_t id, std::string name) : TH5Handle(parent, id, std::move(name)) {}
   void _vCheckNewName(const char* name) const;
+  // Copies the object `source` (of any file) here under the new `name`.
+  void _vCopyHere(const TH5Handle* source, const char* name);
   friend class TH5Handle;
   friend class TH5Link;
 };
