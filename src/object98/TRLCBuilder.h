@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -21,9 +22,9 @@
 // last cut.
 class TRLCArray::TBuilder {
  public:
-  TBuilder(int lines, std::size_t room) : roomLeft_(room) {
-    meta_.resize(lines > 0 ? static_cast<std::size_t>(lines) : 0);
-  }
+  TBuilder(int lines, std::size_t room)
+      : roomLeft_(room), metaSize_(lines > 0 ? static_cast<std::size_t>(lines) : 0),
+        meta_(new TMeta[metaSize_]) {}  // filled by vEndLine, not before
 
   TRLC* pRoom(std::size_t n) {
     reserved_ = n;
@@ -33,7 +34,7 @@ class TRLCArray::TBuilder {
   }
 
   void vEndLine(int count, signed char state) {
-    if (next_ == meta_.size()) meta_.resize(meta_.size() + meta_.size() / 2 + 16);
+    if (next_ == metaSize_) vGrowMeta();
     TMeta& m = meta_[next_++];
     m.count = count;
     m.state = state;
@@ -55,7 +56,7 @@ class TRLCArray::TBuilder {
     vCut();
     std::vector<TRLCLine> lines(last >= first ? static_cast<std::size_t>(last - first + 1) : 0);
     TRLCLine* l = lines.data();
-    for (int i = first; i <= last; ++i, ++l) {
+    for (int i = first; i <= last && static_cast<std::size_t>(i) < next_; ++i, ++l) {
       const TMeta& m = meta_[static_cast<std::size_t>(i)];
       if (m.count > 0) {  // a fresh line borrows its runs
         l->Begin = blocks_[m.block].get() + m.offset;
@@ -75,7 +76,15 @@ class TRLCArray::TBuilder {
     signed char state;
   };
 
-  TRLC* pNewBlock(std::size_t n) {
+  void vGrowMeta() {
+    const std::size_t size = metaSize_ + metaSize_ / 2 + 16;
+    std::unique_ptr<TMeta[]> grown(new TMeta[size]);
+    std::copy(meta_.get(), meta_.get() + next_, grown.get());
+    meta_ = std::move(grown);
+    metaSize_ = size;
+  }
+
+  [[gnu::noinline]] TRLC* pNewBlock(std::size_t n) {
     if (n == 0) return nullptr;
     if (blocks_.empty() || !blocks_.back().get_deleter().bStandard || used_ == 0) vCut();
     const std::size_t size = std::max(n, std::min(kBlockRuns, roomLeft_));
@@ -103,6 +112,7 @@ class TRLCArray::TBuilder {
   std::size_t used_ = 0;  // runs it holds
   std::size_t roomLeft_;
   std::size_t reserved_ = 0;
-  std::vector<TMeta> meta_;
+  std::size_t metaSize_;  // entries of meta_
+  std::unique_ptr<TMeta[]> meta_;
   std::size_t next_ = 0;  // lines ended so far
 };
