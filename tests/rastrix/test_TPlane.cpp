@@ -19,6 +19,7 @@ using rastrixtest::codeOf;
 using rastrixtest::errorOf;
 using rastrixtest::same;
 using rastrixtest::TRecorder;
+using Codes = std::vector<unsigned long>;
 
 namespace {
 
@@ -52,25 +53,15 @@ TYPED_TEST_SUITE(PlaneTyped, PixelTypes);
 
 TYPED_TEST(PlaneTyped, FreshPlaneIsInvalidWithTheDefaultsOfItsType) {
   using T = TypeParam;
-  TLanguage::setEnglisch();
   TPlane<T> p;
-  TLanguage::setDeutsch();
   EXPECT_FALSE(p.isValid());
   EXPECT_EQ(p.getLines() | p.getColumns() | p.getFirstLine() | p.getFirstColumn() | p.getLineDistance(), 0);
   EXPECT_EQ(p.getExtension(), CRectangle(0, -1, 0, -1));
-  EXPECT_EQ(p.getLinePtr(), nullptr);
   EXPECT_EQ(p.eGetPicturePT(), TPixelTraits<T>::ePixelTyp);
-  EXPECT_EQ(p.iGetValuesPerPixel(), TPixelTraits<T>::iValuesPerPixel);
-  EXPECT_EQ(p.bIsColorPic(), TPixelTraits<T>::bColor);
-  EXPECT_EQ(p.rStrGetNamePic(), TPixelTraits<T>::rName()(TLanguage::eEnglisch));
-  EXPECT_FALSE(p.bIsModified());
-  EXPECT_TRUE(TPlaneBasic::bIsValid(&p));
   double mi = 1, st = 1, ma = 1, dmi = 0, dst = 0, dma = 0;
   EXPECT_FALSE(p.getValueRangeMSM(&mi, &st, &ma));
   vGetDefaultValueRangeMSM(TPixelTraits<T>::ePixelTyp, &dmi, &dst, &dma);
-  EXPECT_EQ(mi, dmi);
-  EXPECT_EQ(st, dst);
-  EXPECT_EQ(ma, dma);
+  EXPECT_TRUE(mi == dmi && st == dst && ma == dma);
   EXPECT_EQ(codeOf([&] { p[0]; }), Err::PlaneNotValid);
   EXPECT_EQ(codeOf([&] { p.moveBy(1, 1); }), Err::PlaneNotValid);
 }
@@ -80,58 +71,39 @@ TYPED_TEST(PlaneTyped, OwnMemoryIsZeroedAndReachedByAbsoluteNumbers) {
   TPlane<T> p(3, 4, 100, 50, 6);
   ASSERT_TRUE(p.isValid());
   EXPECT_EQ(p.getExtension(), CRectangle(100, 102, 50, 53));
-  EXPECT_FALSE(p.bIsExtern());
   for (int l = 100; l <= 102; ++l)
     for (int c = 50; c <= 53; ++c) EXPECT_TRUE(same(p[l][c], T{})) << l << "," << c;
   EXPECT_EQ(codeOf([&] { p[99]; }), Err::LineOutside);
   EXPECT_EQ(codeOf([&] { p[103]; }), Err::LineOutside);
-  fill(p);
   // The row table and the memory pointer describe the same pixels.
   for (int l = 100; l <= 102; ++l) {
     EXPECT_EQ(p.getLinePtr()[l], p[l]);
     for (int c = 50; c <= 53; ++c) EXPECT_EQ(&p[l][c], p.getMemory() + l * 6 + c);
   }
-  EXPECT_EQ(p[101] - p[100], 6);  // the line distance, not the columns
 }
 
-TYPED_TEST(PlaneTyped, CopyIsDeepAndCompact) {
+TYPED_TEST(PlaneTyped, CopyAndAssignmentAreDeepAndCompact) {
   using T = TypeParam;
   TPlane<T> src(5, 1000, -2, 7, 1024);
   fill(src);
   src.setNamePic("source");
-  TPlane<T> copy(src);
-  EXPECT_EQ(copy.getLineDistance(), 1000);
-  EXPECT_EQ(copy.getExtension(), src.getExtension());
-  EXPECT_EQ(copy.rStrGetNamePic(), "source");
-  EXPECT_NE(copy.pGetpCommon(), src.pGetpCommon());
-  for (int l = -2; l <= 2; ++l) {
-    EXPECT_NE(copy[l], src[l]);
-    EXPECT_EQ(std::memcmp(copy[l] + 7, src[l] + 7, 1000 * sizeof(T)), 0);
+  TPlane<T> copy(src), assigned(2, 2);
+  assigned = src;
+  for (TPlane<T>* d : {&copy, &assigned}) {
+    EXPECT_EQ(d->getLineDistance(), 1000);
+    EXPECT_EQ(d->getExtension(), src.getExtension());
+    EXPECT_EQ(d->rStrGetNamePic(), "source");
+    EXPECT_NE(d->pGetpCommon(), src.pGetpCommon());
+    for (int l = -2; l <= 2; ++l) EXPECT_EQ(std::memcmp((*d)[l] + 7, src[l] + 7, 1000 * sizeof(T)), 0);
   }
   copy[0][7] = px<T>(99);
   EXPECT_FALSE(same(src[0][7], px<T>(99)));
   const TPlane<T> empty;
-  TPlane<T> emptyCopy(empty);
-  EXPECT_FALSE(emptyCopy.isValid());
-}
-
-TYPED_TEST(PlaneTyped, AssignmentCopiesPixelsNumbersAndDescription) {
-  using T = TypeParam;
-  TPlane<T> src(4, 3, 10, -1, 8);
-  fill(src);
-  src.setNamePic("A");
-  TPlane<T> dst(2, 2);
-  dst = src;
-  EXPECT_EQ(dst.getExtension(), src.getExtension());
-  EXPECT_EQ(dst.getLineDistance(), 3);
-  EXPECT_EQ(dst.rStrGetNamePic(), "A");
-  for (int l = 10; l <= 13; ++l)
-    for (int c = -1; c <= 1; ++c) EXPECT_TRUE(same(dst[l][c], src[l][c]));
-  TPlane<T> invalid;
-  dst = invalid;
-  EXPECT_FALSE(dst.isValid());
-  dst = dst;
-  EXPECT_FALSE(dst.isValid());
+  EXPECT_FALSE(TPlane<T>(empty).isValid());
+  assigned = empty;
+  EXPECT_FALSE(assigned.isValid());
+  assigned = assigned;
+  EXPECT_FALSE(assigned.isValid());
 }
 
 TYPED_TEST(PlaneTyped, ViewSharesPixelsCommonAndNumbers) {
@@ -145,7 +117,6 @@ TYPED_TEST(PlaneTyped, ViewSharesPixelsCommonAndNumbers) {
   EXPECT_EQ(view.getExtension(), CRectangle(7, 9, 0, 4));
   EXPECT_EQ(view.getLineDistance(), 16);
   EXPECT_EQ(view.pGetpCommon(), src.pGetpCommon());
-  EXPECT_EQ(view.getMemory(), src.getMemory());
   src[8][2] = px<T>(42);
   EXPECT_TRUE(same(view[8][2], px<T>(42)));
   view[9][4] = px<T>(43);
@@ -154,40 +125,15 @@ TYPED_TEST(PlaneTyped, ViewSharesPixelsCommonAndNumbers) {
   view.free();
   EXPECT_FALSE(view.isValid());
   EXPECT_TRUE(same(src[9][4], px<T>(43)));
-  EXPECT_NE(view.pGetpCommon(), src.pGetpCommon());
-}
-
-TYPED_TEST(PlaneTyped, PixelTextRoundTrip) {
-  using T = TypeParam;
-  TPlane<T> p(1, 1);
-  const T v = px<T>(17);
-  char buf[iPixelStrSize];
-  p.vPixel2Str(&v, buf);
-  T back{};
-  TPlane<T>::cpStr2Pixel(buf, &back);
-  if constexpr (std::is_same_v<T, TRGBPixel>) {
-    T swapped = v;
-    swapped.swapRB();
-    EXPECT_TRUE(same(back, swapped));  // the byte colour asymmetry
-  } else {
-    EXPECT_TRUE(same(back, v)) << buf;
-  }
-}
-
-TYPED_TEST(PlaneTyped, DegenerateShapes) {
-  using T = TypeParam;
+  // Degenerate shapes: 1x1 far out, a view of the last line of a column.
   TPlane<T> one(1, 1, -5, -5, 1);
   one[-5][-5] = px<T>(3);
   EXPECT_TRUE(same(TPlane<T>(one)[-5][-5], px<T>(3)));
-  TPlane<T> row(1, 300), col(300, 1);
-  EXPECT_EQ(row.getExtension(), CRectangle(0, 0, 0, 299));
-  EXPECT_EQ(col.getExtension(), CRectangle(0, 299, 0, 0));
-  TPlane<T> edge;
+  TPlane<T> col(300, 1), edge;
   edge.beSubPicture(col, CRectangle(299, 299, 0, 0));
   EXPECT_EQ(edge[299], col[299]);
   EXPECT_EQ(codeOf([&] { edge.beSubPicture(col, CRectangle(299, 300, 0, 0)); }), Err::SubPictureArea);
-  TPlane<T> none(0, 5);
-  EXPECT_FALSE(none.isValid());
+  EXPECT_FALSE(TPlane<T>(0, 5).isValid());
 }
 
 // ------------------------------------------------------------ alloc
@@ -199,20 +145,18 @@ TEST(PlaneAlloc, SameGeometryReturnsEarlyExternMemoryDoesNot) {
   const Process::TTimeStamp before = p.getTimeStamp();
   float* row = p[5];
   p.alloc(480, 640);
+  p.alloc(480, 640, 0, 0, 640);  // the same five numbers in the long form
   EXPECT_TRUE(r.codes.empty());
   EXPECT_EQ(p.getTimeStamp(), before);
   EXPECT_EQ(p[5], row);
   EXPECT_EQ(p[5][6], 7.f);
-  p.alloc(480, 640, 0, 0, 640);  // the same five numbers in the long form
-  EXPECT_TRUE(r.codes.empty());
   std::vector<float> mem(480 * 640, 1.f);
-  p.alloc(480, 640, 0, 0, 640, mem.data(), nullptr);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11, 50}));
-  EXPECT_TRUE(p.bIsExtern());
-  EXPECT_EQ(p[5], mem.data() + 5 * 640);
-  r.clear();
-  p.alloc(480, 640, 0, 0, 640, mem.data(), nullptr);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11, 50}));  // a pointer never returns early
+  for (int round = 0; round < 2; ++round) {  // a pointer never returns early
+    r.clear();
+    p.alloc(480, 640, 0, 0, 640, mem.data(), nullptr);
+    EXPECT_EQ(r.codes, (Codes{11, 50}));
+    EXPECT_EQ(p[5], mem.data() + 5 * 640);
+  }
   r.clear();
   p.alloc(480, 640);  // same numbers, no pointers: keeps the extern memory
   EXPECT_TRUE(r.codes.empty());
@@ -224,13 +168,12 @@ TEST(PlaneAlloc, EmptySizeEmptiesSilentlyAndShortLineDistanceFails) {
   TRecorder r(&p);
   p.alloc(0, 5);
   EXPECT_FALSE(p.isValid());
-  EXPECT_TRUE(p.getExtension().IsCorrectRectangle());
+  EXPECT_TRUE(p.getExtension().IsCorrectRectangle());  // inverted: true means empty
   EXPECT_EQ(p.getExtension(), CRectangle(0, -1, 0, -1));
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11}));  // the free itself is quiet
+  EXPECT_EQ(r.codes, (Codes{11}));  // the free itself is quiet
   p.alloc(10, 10);
-  auto e = errorOf([&] { p.alloc(5, 10, 0, 0, 9); });
-  EXPECT_EQ(e.first, Err::LineDistanceTooSmall);
-  EXPECT_EQ(e.second, "_LineDistance=9 < _Columns=10");
+  EXPECT_EQ(errorOf([&] { p.alloc(5, 10, 0, 0, 9); }),
+            std::make_pair(Err::LineDistanceTooSmall, std::string("_LineDistance=9 < _Columns=10")));
   EXPECT_FALSE(p.isValid());
   EXPECT_EQ(codeOf([&] { TPlane<int> q(2, 3, 0, 0, 2); }), Err::LineDistanceTooSmall);
   p.alloc(CRectangle(-3, 3, 10, 12));
@@ -238,6 +181,7 @@ TEST(PlaneAlloc, EmptySizeEmptiesSilentlyAndShortLineDistanceFails) {
   EXPECT_EQ(p.getLineDistance(), 3);
   p.alloc(CRectangle(0, 1, 0, 1), 5);
   EXPECT_EQ(p.getLineDistance(), 5);
+  EXPECT_EQ(errorOf([&] { p[2]; }), std::make_pair(Err::LineOutside, std::string("Line=2 FirstLine=0 LastLine=1")));
 }
 
 TEST(PlaneAlloc, HugeSizeFailsCleanly) {
@@ -245,7 +189,6 @@ TEST(PlaneAlloc, HugeSizeFailsCleanly) {
   // Beyond the address space: refused before asking for memory.
   EXPECT_EQ(codeOf([&] { p.alloc(INT_MAX, INT_MAX); }), kx::ulForeignError);
   EXPECT_FALSE(p.isValid());
-  EXPECT_EQ(p.getLines(), INT_MAX);  // the numbers stay stored, the plane invalid
 #if !defined(__SANITIZE_ADDRESS__)
   // 12 EiB: the run time's allocation failure passes through (the address
   // sanitizer aborts on such a request instead of failing it).
@@ -256,27 +199,15 @@ TEST(PlaneAlloc, HugeSizeFailsCleanly) {
   EXPECT_TRUE(p.isValid());
 }
 
-TEST(PlaneAlloc, LineAccessErrorsCarryTheNumbers) {
-  TPlane<short unsigned> p(5, 5, 100, 50, 5);
-  auto e = errorOf([&] { p[99]; });
-  EXPECT_EQ(e.first, Err::LineOutside);
-  EXPECT_EQ(e.second, "Line=99 FirstLine=100 LastLine=104");
-  EXPECT_EQ(&p[100][50], p.getLinePtr()[100] + 50);
-  const TPlane<unsigned short>& cp = p;
-  EXPECT_EQ(codeOf([&] { cp[105]; }), Err::LineOutside);
-}
-
 // ------------------------------------------------------------ extern memory and moves
 
-TEST(PlaneExtern, OneBlockIsAbsoluteFromPixelZeroZero) {
+TEST(PlaneExtern, OneBlockIsAbsoluteFromPixelZeroZeroAndSlides) {
   std::vector<int> mem(20 * 8);
   for (int i = 0; i < 20 * 8; ++i) mem[i] = i;
   TPlane<int> p(3, 4, 2, 1, 8, mem.data());
-  EXPECT_TRUE(p.bIsExtern());
   EXPECT_FALSE(p.bIsInterlaced());
   EXPECT_EQ(p[2][1], 2 * 8 + 1);  // the first column is not subtracted
   EXPECT_EQ(p[4][4], 4 * 8 + 4);
-  EXPECT_EQ(p.getMemory(), mem.data());
   TRecorder r(&p);
   p.moveBy(10, 0);  // the window slides: ten lines further on in the memory
   EXPECT_EQ(p.getFirstLine(), 12);
@@ -285,24 +216,18 @@ TEST(PlaneExtern, OneBlockIsAbsoluteFromPixelZeroZero) {
   EXPECT_EQ(p[12][3], 12 * 8 + 3);
   p.moveTo(0, 0);
   EXPECT_EQ(p[0][0], 0);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{50, 50, 50}));
+  EXPECT_EQ(r.codes, (Codes{50, 50, 50}));
   p.free();
   EXPECT_EQ(mem[5], 5);  // extern memory is never released nor touched
-}
 
-TEST(PlaneExtern, OwnMemoryKeepsItsPixelsWhenMoved) {
-  TPlane<float> p(3, 3);
-  fill(p);
-  const float before = p[1][2];
-  float* block = p[0];
-  p.moveBy(10, 0);
-  EXPECT_EQ(p.getExtension(), CRectangle(10, 12, 0, 2));
-  EXPECT_EQ(p[11][2], before);
-  EXPECT_EQ(p[10], block);
-  p.moveTo(-4, -7);
-  EXPECT_EQ(p[-3][-5], before);
-  EXPECT_EQ(&p[-4][-7], block);
-  EXPECT_EQ(&p[-3][-5], p.getMemory() + (-3) * 3 + (-5));
+  // Own memory keeps its pixels under the new numbers.
+  TPlane<float> own(3, 3);
+  fill(own);
+  const float before = own[1][2];
+  float* block = own[0];
+  own.moveTo(-4, -7);
+  EXPECT_EQ(own[-3][-5], before);
+  EXPECT_EQ(&own[-4][-7], block);
 }
 
 TEST(PlaneExtern, TwoBlocksTakeLinesByParity) {
@@ -313,7 +238,6 @@ TEST(PlaneExtern, TwoBlocksTakeLinesByParity) {
   }
   TPlane<unsigned char> p(6, 5, 0, 0, 5, even.data(), odd.data());
   EXPECT_TRUE(p.bIsInterlaced());
-  EXPECT_EQ(p[0][0], 0);
   EXPECT_EQ(p[1][0], 100);
   EXPECT_EQ(p[2][3], 5 + 3);
   EXPECT_EQ(p[5][4], 100 + 2 * 5 + 4);
@@ -338,13 +262,10 @@ TEST(PlaneView, ViewOfInterlacedSourceAndViewsSlide) {
   TPlane<float> view;
   view.beSubPicture(src, CRectangle(3, 6, 1, 2));
   EXPECT_TRUE(view.bIsInterlaced());
-  EXPECT_EQ(view[3][1], src[3][1]);
   view.moveBy(2, 0);
   EXPECT_EQ(view[5][1], src[5][1]);
   EXPECT_EQ(view[8][2], src[8][2]);
-  TPlane<float> own(10, 10);
-  fill(own);
-  TPlane<float> w;
+  TPlane<float> own(10, 10), w;
   w.beSubPicture(own, CRectangle(2, 3, 2, 3));
   w.moveBy(1, 1);  // a view slides over its source
   EXPECT_EQ(w.getExtension(), CRectangle(3, 4, 3, 4));
@@ -352,21 +273,24 @@ TEST(PlaneView, ViewOfInterlacedSourceAndViewsSlide) {
 }
 
 TEST(PlaneView, ChecksAndEarlyReturn) {
-  TPlane<int> src(10, 10);
-  TPlane<int> v;
-  EXPECT_EQ(codeOf([&] { v.beSubPicture(src, CRectangle()); }), Err::SubPictureArea);
-  EXPECT_EQ(codeOf([&] { v.beSubPicture(src, CRectangle(0, 10, 0, 0)); }), Err::SubPictureArea);
-  EXPECT_EQ(codeOf([&] { v.beSubPicture(src, CRectangle(-1, 0, 0, 0)); }), Err::SubPictureArea);
-  EXPECT_EQ(codeOf([&] { src.beSubPicture(src, CRectangle(0, 1, 0, 1)); }), Err::SubPictureArea);
+  TPlane<int> src(10, 10), v, invalid;
+  const struct {
+    TPlane<int>* target;
+    TPlane<int>* source;
+    CRectangle r;
+  } bad[] = {{&v, &src, CRectangle()},
+             {&v, &src, CRectangle(0, 10, 0, 0)},
+             {&v, &src, CRectangle(-1, 0, 0, 0)},
+             {&src, &src, CRectangle(0, 1, 0, 1)},
+             {&v, &invalid, CRectangle(0, 0, 0, 0)}};
+  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { b.target->beSubPicture(*b.source, b.r); }), Err::SubPictureArea);
   EXPECT_TRUE(src.isValid());
-  TPlane<int> invalid;
-  EXPECT_EQ(codeOf([&] { v.beSubPicture(invalid, CRectangle(0, 0, 0, 0)); }), Err::SubPictureArea);
   v.beSubPicture(src, CRectangle(1, 2, 3, 4));
   TRecorder r(&v);
   v.beSubPicture(src, CRectangle(1, 2, 3, 4));
   EXPECT_TRUE(r.codes.empty());
   v.beSubPicture(src, CRectangle(1, 3, 3, 4));
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{50}));
+  EXPECT_EQ(r.codes, (Codes{50}));
   // A view of a view looks onto the first source.
   TPlane<int> vv;
   vv.beSubPicture(v, CRectangle(2, 3, 4, 4));
@@ -385,8 +309,7 @@ TEST(PlaneView, AViewAssignedToItsSourceOrMadeItsSource) {
   EXPECT_EQ(src.getExtension(), CRectangle(2, 3, 1, 4));
   EXPECT_EQ(src[3][4], expected);
   EXPECT_FALSE(src.bIsExtern());
-  TPlane<float> owner(4, 4);
-  TPlane<float> part;
+  TPlane<float> owner(4, 4), part;
   part.beSubPicture(owner, CRectangle(0, 1, 0, 1));
   EXPECT_EQ(codeOf([&] { owner.beSubPicture(part, CRectangle(0, 0, 0, 0)); }), Err::SubPictureArea);
   EXPECT_TRUE(owner.isValid());
@@ -408,46 +331,39 @@ TEST(PlaneView, DestroyedInEitherOrder) {
     auto view = std::make_unique<TPlane<TRGBPixel>>();
     view->beSubPicture(*src, CRectangle(1, 2, 1, 2));
     src.reset();   // breaks the documented rule; the view may only be destroyed now
-    view.reset();  // and that must not touch the dead source
+    view.reset();  // and that must not touch the dead source (the sanitizer build watches)
   }
-  SUCCEED();
 }
 
 // ------------------------------------------------------------ messages
 
 TEST(PlaneMessages, ViewAndSourceSeeDescriptionAndPixelsButOnlyTheirOwnGeometry) {
-  TPlane<float> src(10, 10);
-  TPlane<float> view;
+  TPlane<float> src(10, 10), view;
   view.beSubPicture(src, CRectangle(0, 4, 0, 4));
   TRecorder rs(&src), rv(&view);
   view.setNamePic("renamed");
   EXPECT_EQ(src.rStrGetNamePic(), "renamed");
-  EXPECT_EQ(rs.codes, (std::vector<unsigned long>{1}));
-  EXPECT_EQ(rv.codes, (std::vector<unsigned long>{1}));
   view.setValueUnitPic(0, "L", "cd/m\xB2");
   EXPECT_EQ(src.rStrGetUnitPic(0), "cd/m\xB2");
   view.vSendCommonMessage(51, 0);
   view.moveBy(1, 1);
-  EXPECT_EQ(rs.codes, (std::vector<unsigned long>{1, 2, 51}));
-  EXPECT_EQ(rv.codes, (std::vector<unsigned long>{1, 2, 51, 50}));
+  EXPECT_EQ(rs.codes, (Codes{1, 2, 51}));
+  EXPECT_EQ(rv.codes, (Codes{1, 2, 51, 50}));
   // A plane with its send flag off passes nothing on, also not the common's.
   rs.clear();
   rv.clear();
   view.vSetSendMessage(false);
   src.setNamePic("again");
-  view.vSendCommonMessage(51, 0);  // nothing: this plane's flag is off
+  view.vSendCommonMessage(51, 0);
   view.moveBy(-1, -1);
-  EXPECT_EQ(rs.codes, (std::vector<unsigned long>{1}));
+  EXPECT_EQ(rs.codes, (Codes{1}));
   EXPECT_TRUE(rv.codes.empty());
-  EXPECT_FALSE(view.bGetSendMessage());
 }
 
 TEST(PlaneMessages, AssignmentToAViewRenamesTheSourceAndSays11BeforeFreeing) {
-  TPlane<unsigned short> src(10, 10);
+  TPlane<unsigned short> src(10, 10), view, other(3, 3);
   src.setNamePic("source");
-  TPlane<unsigned short> view;
   view.beSubPicture(src, CRectangle(0, 4, 0, 4));
-  TPlane<unsigned short> other(3, 3);
   other.setNamePic("other");
   other[1][1] = 77;
   TRecorder r(&view);
@@ -457,10 +373,9 @@ TEST(PlaneMessages, AssignmentToAViewRenamesTheSourceAndSays11BeforeFreeing) {
   };
   view = other;
   EXPECT_TRUE(validAt11);  // 11 comes before the free
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11, 50, 51, 5}));
+  EXPECT_EQ(r.codes, (Codes{11, 50, 51, 5}));
   EXPECT_EQ(src.rStrGetNamePic(), "other");  // the description went into the shared common first
   EXPECT_NE(view.pGetpCommon(), src.pGetpCommon());
-  EXPECT_FALSE(view.bIsExtern());
   EXPECT_EQ(view[1][1], 77);
   EXPECT_EQ(src[1][1], 0);
 }
@@ -469,13 +384,9 @@ TEST(PlaneMessages, FreeAndAllocOnOwnCommon) {
   TPlane<int> p(2, 2);
   TRecorder r(&p);
   p.alloc(3, 3);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11, 50}));
-  r.clear();
   p.free();
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{11, 50}));
-  r.clear();
   p.free();  // invalid: nothing
-  EXPECT_TRUE(r.codes.empty());
+  EXPECT_EQ(r.codes, (Codes{11, 50, 11, 50}));
   p.setNamePic("kept");
   p.alloc(1, 1);
   p.free();
@@ -489,7 +400,7 @@ TEST(PlaneMessages, DateAlwaysSendsAndNeverStamps) {
   const Process::TTimeStamp before = p.getTimeStamp();
   p.vSetDateTime(&d);
   p.vSetDateTime(&d);  // unchanged: sent again all the same
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{5, 5}));
+  EXPECT_EQ(r.codes, (Codes{5, 5}));
   EXPECT_EQ(p.getTimeStamp(), before);
   EXPECT_EQ(p.GetDateTime().val, 45000.25);
   const double now = TDateTime::now().val;
@@ -500,12 +411,11 @@ TEST(PlaneMessages, DateAlwaysSendsAndNeverStamps) {
 TEST(PlaneMessages, ClassifierAndCoordinateSystem) {
   TPlane<float> p;
   TRecorder r(&p);
-  EXPECT_EQ(p.pGetPixelKlassifikator(), pGetDefaultPixelKlassifikator());
   TPixelKlassifikator k;
   const Process::TTimeStamp t0 = p.getTimeStamp();
   p.SetPixelKlassifikator(&k);
   p.SetPixelKlassifikator(&k);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{10}));
+  EXPECT_EQ(r.codes, (Codes{10}));
   EXPECT_GT(p.getTimeStamp(), t0);
   p.SetPixelKlassifikator(pGetDefaultPixelKlassifikator());
   r.clear();
@@ -519,7 +429,6 @@ TEST(PlaneMessages, ClassifierAndCoordinateSystem) {
     EXPECT_EQ(def->iGetUser(), defUsers + 1);
     q.SetCoordinateSystem(&cs);
     EXPECT_EQ(def->iGetUser(), defUsers);
-    EXPECT_EQ(cs.iGetUser(), 1);
     TPlane<float> copy(q);
     EXPECT_EQ(copy.pGetCoordinateSystem(), &cs);
     EXPECT_EQ(cs.iGetUser(), 2);
@@ -530,7 +439,7 @@ TEST(PlaneMessages, ClassifierAndCoordinateSystem) {
   p.SetCoordinateSystem(&cs);
   p.SetCoordinateSystem(nullptr);
   p.SetCoordinateSystem(nullptr);
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{3, 3}));
+  EXPECT_EQ(r.codes, (Codes{3, 3}));
   EXPECT_EQ(p.pGetCoordinateSystem(), def);
   // The later of the plane's and its system's stamps.
   p.SetCoordinateSystem(&cs);
@@ -546,16 +455,13 @@ TEST(PlaneMessages, ClassifierAndCoordinateSystem) {
 TEST(PlaneDescription, ValueRangeChecksInOrder) {
   TPlane<unsigned short> p;
   TRecorder r(&p);
-  EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(0, 1, 70000); }), Err::ValueRange);
-  EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(5, 1, 5); }), Err::ValueRange);
-  EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(0, 0, 5); }), Err::ValueRange);
-  EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(-1, 1, 5); }), Err::ValueRange);
-  EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(0, 1, 0.0 / 0.0); }), Err::ValueRange);
+  const double bad[][3] = {{0, 1, 70000}, {5, 1, 5}, {0, 0, 5}, {-1, 1, 5}, {0, 1, 0.0 / 0.0}};
+  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(b[0], b[1], b[2]); }), Err::ValueRange);
   EXPECT_TRUE(r.codes.empty());
   const Process::TTimeStamp before = p.getTimeStamp();
   p.setValueRangeMSM(0, 40.95, 4095);
   p.setValueRangeMSM(0, 40.95, 4095);  // equal: nothing
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{4}));
+  EXPECT_EQ(r.codes, (Codes{4}));
   EXPECT_EQ(p.getTimeStamp(), before);  // no stamp
   double mi = 0, ma = 0;
   EXPECT_TRUE(p.getValueRangeMSM(&mi, nullptr, &ma));
@@ -576,66 +482,52 @@ TEST(PlaneDescription, ValueRangeChecksInOrder) {
 TEST(PlaneDescription, ValueNamesAndUnitsPerChannelDecodedToLatin1) {
   TPlane<float> p;
   TRecorder r(&p);
-  EXPECT_EQ(p.rStrGetValuePic(0), "GW");
-  EXPECT_EQ(p.rStrGetUnitPic(0), "korr");
   p.setValueUnitPic(1, "x", "y");  // grey: one channel only
   p.setValueUnitPic(-1, "x", "y");
   EXPECT_TRUE(r.codes.empty());
   EXPECT_EQ(p.rStrGetValuePic(1), "");
   p.setValueUnitPic(0, "T", "\xC2\xB0" "C");  // UTF-8 degree sign
   EXPECT_EQ(p.rStrGetUnitPic(0), "\xB0" "C");
-  EXPECT_EQ(r.params, (std::vector<unsigned long>{0}));
+  EXPECT_EQ(r.params, (Codes{0}));
   p.setValueUnitPic(0, "T", "\xC2\xB0" "C");  // compared undecoded: counts as changed again
   p.setValueUnitPic(0, "T", "\xB0" "C");      // the stored text: no change
-  EXPECT_EQ(r.codes, (std::vector<unsigned long>{2, 2}));
+  EXPECT_EQ(r.codes, (Codes{2, 2}));
+  EXPECT_TRUE(p.bIsModified());
+  p.vSetNotModified();
+  EXPECT_FALSE(p.bIsModified());
   p.setValueUnitPic(0, "\xE2\x82\xAC" "1", "m\xC2\xB2");  // the euro sign lies beyond Latin-1
   EXPECT_EQ(p.rStrGetValuePic(0), "1");
-  EXPECT_EQ(p.rStrGetUnitPic(0), "m\xB2");
+  EXPECT_TRUE(p.bIsModified());
   TPlane<TRGBFloatPixel> c;
   c.setValueUnitPic(2, "b", "u");
   EXPECT_EQ(c.rStrGetValuePic(2), "b");
 }
 
 TEST(PlaneDescription, Utf8Decoder) {
-  auto d = [](const char* s) { return TPlaneBasic::TCommon::sUtf8ToLatin1(s); };
-  EXPECT_EQ(d("abc"), "abc");
-  EXPECT_EQ(d("\xB0" "C m\xB2"), "\xB0" "C m\xB2");   // Latin-1 degree and two pass
-  EXPECT_EQ(d("\xC3\xA4pfel"), "\xE4pfel");           // U+00E4
-  EXPECT_EQ(d("\xC4pfel"), "\x04pfel");               // a Latin-1 letter reads as a lead byte
-  EXPECT_EQ(d("a\x85z"), "az");                       // stray continuation byte dropped
-  EXPECT_EQ(d("\xF0\x9F\x98\x80!"), "!");             // beyond 0xFF: dropped
-  EXPECT_EQ(d("\xC2"), "\x02");                      // an unfinished sequence ends with the text
-  EXPECT_EQ(d("\xC2\xB0\xB2"), std::string());        // B2 inside a sequence is a continuation
+  const std::pair<const char*, std::string> rows[] = {
+      {"abc", "abc"},
+      {"\xB0" "C m\xB2", "\xB0" "C m\xB2"},  // Latin-1 degree and two pass
+      {"\xC3\xA4pfel", "\xE4pfel"},           // U+00E4
+      {"\xC4pfel", "\x04pfel"},               // a Latin-1 letter reads as a lead byte
+      {"a\x85z", "az"},                       // stray continuation byte dropped
+      {"\xF0\x9F\x98\x80!", "!"},             // beyond 0xFF: dropped
+      {"\xC2", "\x02"},                       // an unfinished sequence ends with the text
+      {"\xC2\xB0\xB2", ""}};                  // B2 inside a sequence is a continuation
+  for (const auto& [in, out] : rows) EXPECT_EQ(TPlaneBasic::TCommon::sUtf8ToLatin1(in), out) << in;
   std::string junk;
   for (int i = 0; i < 4096; ++i) junk += static_cast<char>(0x80 | (i * 37 % 64)), junk += "\xFF";
-  EXPECT_LE(d(junk.c_str()).size(), junk.size());
+  EXPECT_LE(TPlaneBasic::TCommon::sUtf8ToLatin1(junk.c_str()).size(), junk.size());
 }
 
 TEST(PlaneDescription, ColourPlanesTakeNamesFromTheirColourSpace) {
   TPlane<TRGBPixel> p(1, 1);
-  EXPECT_EQ(p.rStrGetValuePic(0), "R");
-  EXPECT_EQ(p.rStrGetValuePic(2), "B");
-  EXPECT_EQ(p.rStrGetUnitPic(1), "cd/m\xB2");
+  EXPECT_EQ(p.rStrGetValuePic(0) + p.rStrGetValuePic(2) + p.rStrGetUnitPic(1), "RBcd/m\xB2");
   p.rGetPixelColorSpace().vSetFlag(TPixelColorSpace::CIE_RGB, TPixelColorSpace::XYZ);
   p.vSetValueUnitPicFromColorSpace();
-  EXPECT_EQ(p.rStrGetValuePic(0), "X");
-  EXPECT_EQ(p.rStrGetValuePic(1), "Y");
+  EXPECT_EQ(p.rStrGetValuePic(0) + p.rStrGetValuePic(1), "XY");
   TPlane<float> g;
   g.vSetValueUnitPicFromColorSpace();  // grey: nothing
   EXPECT_EQ(g.rStrGetValuePic(0), "GW");
-}
-
-TEST(PlaneDescription, ModifiedFlagAndFileName) {
-  TPlane<unsigned char> p;
-  EXPECT_FALSE(p.bIsModified());
-  p.setNamePic("x");
-  EXPECT_TRUE(p.bIsModified());
-  p.vSetNotModified();
-  EXPECT_FALSE(p.bIsModified());
-  p.vSetLastFileName("a/b.puc");
-  EXPECT_STREQ(p.cpGetLastFileName(), "a/b.puc");
-  p.vSetLastFileName(nullptr);
-  EXPECT_STREQ(p.cpGetLastFileName(), "");
 }
 
 // ------------------------------------------------------------ checks and the rest
@@ -652,28 +544,26 @@ TEST(PlaneChecks, ProofAreaInOrder) {
               {9, 8, 20, -9, Err::AreaLinesReversed, "_FirstLine=9 > _LastLine=8"},
               {5, 14, -6, -9, Err::AreaFirstColumn, "_FirstColumn=-6 < FirstColumn=-5"},
               {5, 14, 20, 15, Err::AreaLastColumn, "_LastColumn=15 > LastColumn=14"},
-              {5, 14, 3, 2, Err::AreaColumnsReversed, "_FirstColumn=3 > _LastColumn=2"}};
-  for (const Row& r : rows) {
-    auto e = errorOf([&] { p.proofArea(r.l1, r.l2, r.c1, r.c2); });
-    EXPECT_EQ(e.first, r.code);
-    EXPECT_EQ(e.second, r.text);
-  }
-  p.proofArea(5, 14, -5, 14);
-  p.proofArea(7, 7, 0, 0);
+              {5, 14, 3, 2, Err::AreaColumnsReversed, "_FirstColumn=3 > _LastColumn=2"},
+              {5, 14, -5, 14, 0, ""},
+              {7, 7, 0, 0, 0, ""}};
+  for (const Row& r : rows)
+    EXPECT_EQ(errorOf([&] { p.proofArea(r.l1, r.l2, r.c1, r.c2); }), std::make_pair(r.code, std::string(r.text)));
 }
 
 TEST(PlaneChecks, BarePlaneBasic) {
   TPlaneBasic b;
-  EXPECT_EQ(codeOf([&] { b.writeFile("x", true); }), Err::NoFileOnBasicPlane);
-  EXPECT_EQ(codeOf([&] { b.readFile("x", true); }), Err::NoFileOnBasicPlane);
-  EXPECT_EQ(codeOf([&] { b.insertFile("x"); }), Err::NoFileOnBasicPlane);
-  EXPECT_EQ(codeOf([&] { b.getFileExtension(); }), Err::NoFileOnBasicPlane);
   char ext[8];
-  EXPECT_EQ(codeOf([&] { b.vGetFileExtension(ext); }), Err::NoFileOnBasicPlane);
-  EXPECT_EQ(codeOf([&] { b.eGetPicturePT(); }), Err::PixelTypNotIdentifiable);
-  EXPECT_EQ(codeOf([&] { b.setValueRangeMSM(0, 1, 2); }), Err::PixelTypNotIdentifiable);
+  const std::pair<std::function<void()>, unsigned long> calls[] = {
+      {[&] { b.writeFile("x", true); }, Err::NoFileOnBasicPlane},
+      {[&] { b.readFile("x", true); }, Err::NoFileOnBasicPlane},
+      {[&] { b.insertFile("x"); }, Err::NoFileOnBasicPlane},
+      {[&] { b.getFileExtension(); }, Err::NoFileOnBasicPlane},
+      {[&] { b.vGetFileExtension(ext); }, Err::NoFileOnBasicPlane},
+      {[&] { b.eGetPicturePT(); }, Err::PixelTypNotIdentifiable},
+      {[&] { b.setValueRangeMSM(0, 1, 2); }, Err::PixelTypNotIdentifiable}};
+  for (const auto& [call, code] : calls) EXPECT_EQ(codeOf(call), code);
   EXPECT_EQ(b.getDoublePixelLC(0, 0), 0.0);
-  EXPECT_EQ(b.iGetValuesPerPixel(), 0);
   EXPECT_EQ(b.vpCreateCOLOR_HANDLE(), nullptr);
 }
 
@@ -706,8 +596,7 @@ TEST(PlaneChecks, DoublePixelAndColourText) {
 
   char buf[iPixelStrSize] = "untouched";
   const float grey = 1.f;
-  TPlane<float> g;
-  g.vPixel2Str2(&grey, buf);
+  TPlane<float>().vPixel2Str2(&grey, buf);
   EXPECT_STREQ(buf, "untouched");
   TRGBPixel c;
   c.set(10, 20, 30);
@@ -719,29 +608,17 @@ TEST(PlaneChecks, DoublePixelAndColourText) {
   EXPECT_STREQ(buf, "1.751800\t4.590700\t0.056500");  // X, Y, Z of pure green
 }
 
-TEST(PlaneChecks, MinAndMaxPerType) {
+TEST(PlaneChecks, MinAndMaxByComponent) {
   EXPECT_EQ(TPlaneBasic::min(static_cast<unsigned char>(3), static_cast<unsigned char>(200)), 3);
-  EXPECT_EQ(TPlaneBasic::max(static_cast<unsigned short>(3), static_cast<unsigned short>(200)), 200);
-  EXPECT_EQ(TPlaneBasic::min(-1, 4), -1);
   EXPECT_EQ(TPlaneBasic::max(-1.5f, -2.f), -1.5f);
   TRGBPixel a, b;
   a.set(1, 200, 3);
   b.set(100, 2, 30);
-  const TRGBPixel mi = TPlaneBasic::min(a, b), ma = TPlaneBasic::max(a, b);
-  EXPECT_EQ(mi.r + 0, 1);
-  EXPECT_EQ(mi.g + 0, 2);
-  EXPECT_EQ(mi.b + 0, 3);
-  EXPECT_EQ(ma.r + 0, 100);
-  EXPECT_EQ(ma.g + 0, 200);
-  EXPECT_EQ(ma.b + 0, 30);
-  TRGBFloatPixel fa, fb;
-  fa.set(1.f, -5.f, 0.f);
-  fb.set(0.f, 5.f, 0.5f);
-  EXPECT_EQ(TPlaneBasic::min(fa, fb), px<TRGBFloatPixel>(0) = TPlaneBasic::min(fa, fb));
-  const TRGBFloatPixel fmi = TPlaneBasic::min(fa, fb);
-  EXPECT_EQ(fmi.r, 0.f);
-  EXPECT_EQ(fmi.g, -5.f);
-  EXPECT_EQ(TPlaneBasic::max(fa, fb).b, 0.5f);
+  EXPECT_EQ(TPlaneBasic::min(a, b), rastrixtest::rgb(1, 2, 3));
+  EXPECT_EQ(TPlaneBasic::max(a, b), rastrixtest::rgb(100, 200, 30));
+  const TRGBFloatPixel fa = rastrixtest::rgbf(1.f, -5.f, 0.f), fb = rastrixtest::rgbf(0.f, 5.f, 0.5f);
+  EXPECT_EQ(TPlaneBasic::min(fa, fb), rastrixtest::rgbf(0.f, -5.f, 0.f));
+  EXPECT_EQ(TPlaneBasic::max(fa, fb), rastrixtest::rgbf(1.f, 5.f, 0.5f));
 }
 
 }  // namespace
