@@ -67,7 +67,10 @@ struct Model {
   Model(int firstLine, int firstColumn, int l, int c)
       : fl(firstLine), fc(firstColumn), lines(l), columns(c), v(static_cast<std::size_t>(l) * c) {}
   T& at(int l, int c) { return v[static_cast<std::size_t>(l - fl) * columns + (c - fc)]; }
-  bool inside(int l, int c) const { return l >= fl && l < fl + lines && c >= fc && c < fc + columns; }
+  void set(int l1, int l2, int c1, int c2, const T& x) {
+    for (int l = l1; l <= l2; ++l)
+      for (int c = c1; c <= c2; ++c) at(l, c) = x;
+  }
 };
 
 template <class T>
@@ -147,33 +150,26 @@ TYPED_TEST(PlaneOps, FillsMatchTheReferenceOnEveryShape) {
     const int lm = (l1 + l2) / 2, cm = (c1 + c2) / 2;
 
     p.setRectangle(px<T>(11), lm, l2, c1, cm);
-    for (int l = lm; l <= l2; ++l)
-      for (int c = c1; c <= cm; ++c) m.at(l, c) = px<T>(11);
+    m.set(lm, l2, c1, cm, px<T>(11));
     EXPECT_TRUE(equals(p, m));
     EXPECT_TRUE(w.wrote());
-
     p.setRectangle(px<T>(12), CRectangle(l1, lm, cm, c2));
-    for (int l = l1; l <= lm; ++l)
-      for (int c = cm; c <= c2; ++c) m.at(l, c) = px<T>(12);
-    EXPECT_TRUE(equals(p, m));
-    EXPECT_TRUE(w.wrote());
-
+    m.set(l1, lm, cm, c2, px<T>(12));
     p.setLine(px<T>(13), l2);
-    for (int c = c1; c <= c2; ++c) m.at(l2, c) = px<T>(13);
+    m.set(l2, l2, c1, c2, px<T>(13));
     p.setLine(px<T>(14), l1, cm, c2);
-    for (int c = cm; c <= c2; ++c) m.at(l1, c) = px<T>(14);
+    m.set(l1, l1, cm, c2, px<T>(14));
     p.setColumn(px<T>(15), c2);
-    for (int l = l1; l <= l2; ++l) m.at(l, c2) = px<T>(15);
+    m.set(l1, l2, c2, c2, px<T>(15));
     p.setColumn(px<T>(16), c1, lm, l2);
-    for (int l = lm; l <= l2; ++l) m.at(l, c1) = px<T>(16);
+    m.set(lm, l2, c1, c1, px<T>(16));
     EXPECT_TRUE(equals(p, m));
-    EXPECT_EQ(w.rec.codes, std::vector<unsigned long>(4, 51));
+    EXPECT_EQ(w.rec.codes, std::vector<unsigned long>(5, 51));
     w.reset();
 
     // A pixel of the plane itself as the value.
     p.setRectangle(p[lm][cm]);
-    const T v = m.at(lm, cm);
-    for (T& x : m.v) x = v;
+    m.set(l1, l2, c1, c2, T(m.at(lm, cm)));
     EXPECT_TRUE(equals(p, m));
     EXPECT_TRUE(w.wrote());
 
@@ -224,16 +220,14 @@ TYPED_TEST(PlaneOps, ViewAtTheEdgeWritesOnlyItsPartOfTheSource) {
   view.setColumn(px<T>(8), 5, 1, 2);
   const T line[3] = {px<T>(20), px<T>(21), px<T>(22)};
   view.putLine(line, 2);
-  for (int l = 0; l <= 2; ++l)
-    for (int c = 3; c <= 5; ++c) m.at(l, c) = px<T>(7);
+  m.set(0, 2, 3, 5, px<T>(7));
   m.at(1, 5) = px<T>(8);
   for (int c = 3; c <= 5; ++c) m.at(2, c) = line[c - 3];
   EXPECT_TRUE(equals(src, m));
   EXPECT_EQ(onSource.codes, std::vector<unsigned long>(3, 51));  // the common is shared
   EXPECT_EQ(codeOf([&] { view.setLine(px<T>(1), -1); }), Err::AreaFirstLine);
   view.clear();
-  for (int l = 0; l <= 2; ++l)
-    for (int c = 3; c <= 5; ++c) std::memset(static_cast<void*>(&m.at(l, c)), 0, sizeof(T));
+  m.set(0, 2, 3, 5, T{});
   EXPECT_TRUE(equals(src, m));
 }
 
@@ -543,25 +537,11 @@ TEST(PlaneOpsMinMax, DiscOfRadiusZeroAndOneIsTheCross) {
   EXPECT_EQ(mx, 7);
 }
 
-TEST(PlaneOpsMinMax, ColourByComponentAndFloatNaN) {
-  TPlane<TRGBPixel> rgb(1, 2);
-  rgb[0][0].set(1, 200, 3);
-  rgb[0][1].set(100, 2, 30);
-  TRGBPixel mn{}, mx{};
-  rgb.calcMinMax(mn, mx);
-  EXPECT_EQ(mn.r, 1);
-  EXPECT_EQ(mn.g, 2);
-  EXPECT_EQ(mn.b, 3);
-  EXPECT_EQ(mx.r, 100);
-  EXPECT_EQ(mx.g, 200);
-  EXPECT_EQ(mx.b, 30);
-
-  // NaN pixels are passed over by the fold, unless the fold starts on one.
+TEST(PlaneOpsMinMax, FloatNaNIsPassedOverUnlessTheFoldStartsOnIt) {
   const float nan = std::numeric_limits<float>::quiet_NaN();
   TPlane<float> f(3, 37);
   fill(f, 15);
-  f[1][5] = nan;
-  f[2][36] = nan;
+  f[1][5] = f[2][36] = nan;
   float a = 0, b = 0;
   f.calcMinMax(a, b);
   float ra = f[0][0], rb = ra;
@@ -646,18 +626,19 @@ TYPED_TEST(PlaneOps, ScaleDownMatchesTheReference) {
 TYPED_TEST(PlaneOps, ScaleDownChecksInOrder) {
   using T = TypeParam;
   TPlane<T> src(6, 4, 3, 3, 4), dst(2, 2);
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 0, 0, true); }),
-            std::make_pair(Err::ScaleDownBlockLines, std::string("_iY=0 <= 0")));
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 1, -3, true); }),
-            std::make_pair(Err::ScaleDownBlockColumns, std::string("_iX=-3 <= 0")));
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 7, 9, true); }),
-            std::make_pair(Err::ScaleDownBlockTooHigh, std::string("_iY=7 > Lines=6")));
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 6, 5, true); }),
-            std::make_pair(Err::ScaleDownBlockTooWide, std::string("_iX=5 > Columns=4")));
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 2, 1, false); }),
-            std::make_pair(Err::ScaleDownTargetLines, std::string("iLines=3 > Lines=2")));
-  EXPECT_EQ(errorOf([&] { dst.scaleDown(src, 3, 1, false); }),
-            std::make_pair(Err::ScaleDownTargetColumns, std::string("iColumns=4 > Columns=2")));
+  const struct {
+    int iY, iX;
+    bool alloc;
+    unsigned long code;
+    const char* text;
+  } rows[] = {{0, 0, true, Err::ScaleDownBlockLines, "_iY=0 <= 0"},
+              {1, -3, true, Err::ScaleDownBlockColumns, "_iX=-3 <= 0"},
+              {7, 9, true, Err::ScaleDownBlockTooHigh, "_iY=7 > Lines=6"},
+              {6, 5, true, Err::ScaleDownBlockTooWide, "_iX=5 > Columns=4"},
+              {2, 1, false, Err::ScaleDownTargetLines, "iLines=3 > Lines=2"},
+              {3, 1, false, Err::ScaleDownTargetColumns, "iColumns=4 > Columns=2"}};
+  for (const auto& r : rows)
+    EXPECT_EQ(errorOf([&] { dst.scaleDown(src, r.iY, r.iX, r.alloc); }), std::make_pair(r.code, std::string(r.text)));
   TPlane<T> invalid;
   EXPECT_EQ(codeOf([&] { dst.scaleDown(invalid, 1, 1, true); }), Err::ScaleDownBlockTooHigh);
   EXPECT_EQ(codeOf([&] { invalid.scaleDown(src, 1, 1, false); }), Err::ScaleDownTargetLines);
@@ -687,65 +668,16 @@ TYPED_TEST(PlaneOps, ScaleDownChecksInOrder) {
   EXPECT_TRUE(equals(inplace, mi));
 }
 
-TEST(PlaneOpsScaleDown, KnownMeans) {
-  // 7 / 4 truncated.
-  TPlane<unsigned char> uc(2, 2);
-  uc[0][0] = 1;
-  uc[0][1] = uc[1][0] = uc[1][1] = 2;
-  TPlane<unsigned char> r;
-  r.scaleDown(uc, 2, 2, true);
-  EXPECT_EQ(r[0][0], 1);
-
-  // 5 x 5 by 2 x 2: only the top-left 4 x 4 counts.
-  TPlane<float> f(5, 5);
-  for (int l = 0; l < 5; ++l)
-    for (int c = 0; c < 5; ++c) f[l][c] = (l == 4 || c == 4) ? 1e6f : static_cast<float>(l * 4 + c);
-  TPlane<float> fr;
-  fr.scaleDown(f, 2, 2, true);
-  ASSERT_EQ(fr.getLines(), 2);
-  ASSERT_EQ(fr.getColumns(), 2);
-  EXPECT_EQ(fr[0][0], 2.5f);  // (0 + 1 + 4 + 5) / 4
-  EXPECT_EQ(fr[1][1], 12.5f);
-
-  // Negative integer means truncate toward zero.
-  TPlane<int> i(1, 2);
-  i[0][0] = -3;
-  i[0][1] = -4;
-  TPlane<int> ir;
-  ir.scaleDown(i, 1, 2, true);
-  EXPECT_EQ(ir[0][0], -3);
-}
-
 TEST(PlaneOpsScaleDown, ByteColourBecomesGreyWrappedLuminance) {
   TPlane<TRGBPixel> p(2, 4);
-  for (int c = 0; c < 2; ++c) {
-    p[0][c].set(255, 255, 255);
-    p[1][c].set(255, 255, 255);
-  }
-  p[0][2].set(10, 20, 30);
-  p[0][3].set(10, 20, 30);
-  p[1][2].set(10, 20, 30);
-  p[1][3].set(10, 20, 30);
+  for (int l = 0; l < 2; ++l)
+    for (int c = 0; c < 4; ++c) c < 2 ? p[l][c].set(255, 255, 255) : p[l][c].set(10, 20, 30);
   TPlane<TRGBPixel> r;
   r.scaleDown(p, 2, 2, true);
-  // White: luminance 1440.954, truncated 1440, low eight bits 160.
-  EXPECT_EQ(r[0][0].r, 160);
-  EXPECT_EQ(r[0][0].g, 160);
-  EXPECT_EQ(r[0][0].b, 160);
+  // White: luminance 1440.954, truncated 1440, low eight bits 160;
   // 10 + 4.5907 * 20 + 0.0601 * 30 = 103.617.
-  EXPECT_EQ(r[0][1].r, 103);
-  EXPECT_EQ(r[0][1].g, 103);
-  EXPECT_EQ(r[0][1].b, 103);
-
-  // The float colour plane averages by component.
-  TPlane<TRGBFloatPixel> q(1, 2);
-  q[0][0].set(1.0f, 10.0f, -4.0f);
-  q[0][1].set(2.0f, 30.0f, 4.0f);
-  TPlane<TRGBFloatPixel> qr;
-  qr.scaleDown(q, 1, 2, true);
-  EXPECT_EQ(qr[0][0].r, 1.5f);
-  EXPECT_EQ(qr[0][0].g, 20.0f);
-  EXPECT_EQ(qr[0][0].b, 0.0f);
+  EXPECT_EQ(r[0][0], rastrixtest::rgb(160, 160, 160));
+  EXPECT_EQ(r[0][1], rastrixtest::rgb(103, 103, 103));
 }
 
 // ------------------------------------------------------------ arithmetic
@@ -825,23 +757,21 @@ TEST(PlaneOpsArithmetic, DifferentFirstColumnsKeepTheirOddPairing) {
 }
 
 TEST(PlaneOpsArithmetic, TimesAValue) {
+  TPlane<TRGBFloatPixel> c(2, 3, 5, 5, 3);
+  fill(c, 25);
+  Model<TRGBFloatPixel> mc = modelOf(c);
+  const TRGBFloatPixel v = rastrixtest::rgbf(2.0f, 0.5f, -1.0f);
+  for (TRGBFloatPixel& x : mc.v) x.set(x.r * 2.0f, x.g * 0.5f, x.b * -1.0f);
+  Watch w(c);
+  c *= v;
+  EXPECT_TRUE(equals(c, mc));
+  EXPECT_TRUE(w.wrote());
   TPlane<float> f(4, 19, -1, -1, 20);
   fill(f, 24);
   Model<float> m = modelOf(f);
   for (float& x : m.v) x *= -2.5f;
-  Watch w(f);
   f *= -2.5f;
   EXPECT_TRUE(equals(f, m));
-  EXPECT_TRUE(w.wrote());
-
-  TPlane<TRGBFloatPixel> c(2, 3, 5, 5, 3);
-  fill(c, 25);
-  Model<TRGBFloatPixel> mc = modelOf(c);
-  TRGBFloatPixel v;
-  v.set(2.0f, 0.5f, -1.0f);
-  for (TRGBFloatPixel& x : mc.v) x.set(x.r * 2.0f, x.g * 0.5f, x.b * -1.0f);
-  c *= v;
-  EXPECT_TRUE(equals(c, mc));
 }
 
 // ------------------------------------------------------------ the lock
