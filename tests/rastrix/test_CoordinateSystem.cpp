@@ -141,9 +141,6 @@ TEST(CoordinateSystem, SettersOfTheSizeShiftClassChangeOnlyWhatDiffers) {
   EXPECT_TRUE(cs.bIsChanged());
   EXPECT_NE(cs.rGetSignatur(), before);
   EXPECT_GT(cs.getTimeStamp(), t);
-  // The base setters still need the flag.
-  cs.setNameKS("Hall");
-  EXPECT_EQ(cs.rStrGetNameKS(), "Default");
   // Unit X is repaired from UTF-8, unit Y is taken as given.
   cs.vSetChangeable(true);
   cs.setNameUnitX("Phi", "\xC2\xB0");

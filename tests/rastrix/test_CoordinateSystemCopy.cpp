@@ -3,6 +3,8 @@
 
 #include <climits>
 #include <cmath>
+#include <span>
+#include <utility>
 
 #include "rastrix/TCopyCoordinates.h"
 
@@ -30,9 +32,6 @@ int refSrc(int z, int v) {
 }  // namespace
 
 TEST(CopyCoordinates, PointsFollowTheZoomTable) {
-  TCopyCoordinates two(2), minusTwo(-2);
-  EXPECT_EQ(two.getDst(3), 6);
-  EXPECT_EQ(minusTwo.getSrc(3), 6);
   for (int z : {-7, -3, -2, -1, 0, 1, 2, 3, 8}) {
     TCopyCoordinates c(z);
     for (int v = -20; v <= 40; ++v) {
@@ -43,13 +42,10 @@ TEST(CopyCoordinates, PointsFollowTheZoomTable) {
   EXPECT_DOUBLE_EQ(TCopyCoordinates(1).dGetScale(), 1.5);
   EXPECT_DOUBLE_EQ(TCopyCoordinates(-1).dGetScale(), 2.0 / 3.0);
   EXPECT_DOUBLE_EQ(TCopyCoordinates(-4).dGetScale(), 0.25);
-  EXPECT_EQ(TCopyCoordinates(5).getDstRoundOffset(), 2);
-  EXPECT_EQ(TCopyCoordinates(2).getDstRoundOffset(), 1);
-  EXPECT_EQ(TCopyCoordinates(1).getDstRoundOffset(), 0);
-  EXPECT_EQ(TCopyCoordinates(-3).getDstRoundOffset(), 0);
+  for (const auto& [z, offset] : {std::pair{5, 2}, {2, 1}, {1, 0}, {-3, 0}})
+    EXPECT_EQ(TCopyCoordinates(z).getDstRoundOffset(), offset) << z;
   // Far out, nothing overflows.
-  TCopyCoordinates big(INT_MAX);
-  EXPECT_EQ(big.getDst(INT_MAX), INT_MAX);
+  EXPECT_EQ(TCopyCoordinates(INT_MAX).getDst(INT_MAX), INT_MAX);
   EXPECT_EQ(TCopyCoordinates(INT_MIN).getSrc(INT_MAX), INT_MAX);
   EXPECT_EQ(TCopyCoordinates(1).getDst(INT_MAX), INT_MAX) << "screen positions saturate";
   EXPECT_EQ(TCopyCoordinates(-1).getSrc(INT_MIN), INT_MIN);
@@ -60,34 +56,25 @@ TEST(CopyCoordinates, LengthsInWholeSteps) {
     int z, length;
     bool exact;
     int src, dst;
-  } cases[] = {
+  };
+  const Case fromSrc[] = {
       {3, 7, false, 7, 21},   {0, 7, true, 7, 7},     {1, 7, true, 6, 9},    {1, 7, false, 8, 12},
       {1, 8, false, 8, 12},   {-1, 7, true, 6, 4},    {-1, 7, false, 9, 6},  {-1, 9, false, 9, 6},
-      {-4, 10, true, 8, 2},   {-4, 10, false, 12, 3}, {-4, 12, false, 12, 3}, {-4, -5, false, 0, 0},
-  };
-  for (const auto& k : cases) {
-    TCopyCoordinates c(k.z);
-    int src = -1, dst = -1;
-    c.setSrcLength(k.length, src, dst, k.exact);
-    EXPECT_EQ(src, k.src) << "z=" << k.z << " length=" << k.length << " exact=" << k.exact;
-    EXPECT_EQ(dst, k.dst) << "z=" << k.z << " length=" << k.length << " exact=" << k.exact;
-    EXPECT_EQ(c.getDst(src), dst) << "whole steps map exactly";
-  }
+      {-4, 10, true, 8, 2},   {-4, 10, false, 12, 3}, {-4, 12, false, 12, 3}, {-4, -5, false, 0, 0}};
   // From the destination: the same steps, seen from the other side.
-  struct DCase {
-    int z, length;
-    bool exact;
-    int src, dst;
-  } dcases[] = {{3, 7, true, 2, 6}, {3, 7, false, 3, 9}, {1, 7, true, 4, 6}, {1, 7, false, 6, 9},
-                {-1, 5, true, 6, 4}, {-1, 5, false, 9, 6}, {-4, 5, false, 20, 5}, {0, 5, false, 5, 5}};
-  for (const auto& k : dcases) {
-    TCopyCoordinates c(k.z);
-    int src = -1, dst = -1;
-    c.setDstLength(k.length, src, dst, k.exact);
-    EXPECT_EQ(src, k.src) << "z=" << k.z << " length=" << k.length << " exact=" << k.exact;
-    EXPECT_EQ(dst, k.dst) << "z=" << k.z << " length=" << k.length << " exact=" << k.exact;
-    EXPECT_EQ(c.getSrc(dst), src);
-  }
+  const Case fromDst[] = {{3, 7, true, 2, 6},  {3, 7, false, 3, 9},  {1, 7, true, 4, 6},    {1, 7, false, 6, 9},
+                          {-1, 5, true, 6, 4}, {-1, 5, false, 9, 6}, {-4, 5, false, 20, 5}, {0, 5, false, 5, 5}};
+  for (bool dstSide : {false, true})
+    for (const Case& k : dstSide ? std::span<const Case>(fromDst) : std::span<const Case>(fromSrc)) {
+      SCOPED_TRACE(::testing::Message() << "z=" << k.z << " length=" << k.length << " exact=" << k.exact << " dst " << dstSide);
+      TCopyCoordinates c(k.z);
+      int src = -1, dst = -1;
+      if (dstSide) c.setDstLength(k.length, src, dst, k.exact);
+      else c.setSrcLength(k.length, src, dst, k.exact);
+      EXPECT_EQ(src, k.src);
+      EXPECT_EQ(dst, k.dst);
+      EXPECT_EQ(dstSide ? c.getSrc(dst) : c.getDst(src), dstSide ? src : dst) << "whole steps map exactly";
+    }
 }
 
 TEST(CopyCoordinates, RectanglesSourceDestinationAndCopy) {
@@ -99,9 +86,7 @@ TEST(CopyCoordinates, RectanglesSourceDestinationAndCopy) {
   EXPECT_EQ(c.rGetDst(), CRectangle(100, 114, 200, 214));
   EXPECT_EQ(c.rGetCopySrc(), c.rGetSrc());
   EXPECT_EQ(c.rGetCopyDst(), c.rGetDst());
-  EXPECT_EQ(c.getXDst(-5), 200);
-  EXPECT_EQ(c.getYDst(12), 103);
-  EXPECT_EQ(c.getXSrc(203), -3);
+  EXPECT_TRUE(c.getXDst(-5) == 200 && c.getYDst(12) == 103 && c.getXSrc(203) == -3);
   EXPECT_EQ(c.getDstPoint({-3, 12}), (TCopyCoordinates::TPoint{203, 103}));
   EXPECT_EQ(c.getSrcPoint({203, 103}), (TCopyCoordinates::TPoint{-3, 12}));
   // A rectangle covers whole zoomed pixels, and maps back.

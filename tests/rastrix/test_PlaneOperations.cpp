@@ -187,25 +187,27 @@ TYPED_TEST(PlaneOps, FillsRaiseTheAreaCodesAndTouchNothing) {
   Model<T> m = modelOf(p);
   Watch w(p);
   const T v = px<T>(1);
-  EXPECT_EQ(codeOf([&] { p.setRectangle(v, -3, 0, 10, 12); }), Err::AreaFirstLine);
-  EXPECT_EQ(codeOf([&] { p.setRectangle(v, -2, 2, 10, 12); }), Err::AreaLastLine);
-  EXPECT_EQ(codeOf([&] { p.setRectangle(v, 1, 0, 10, 12); }), Err::AreaLinesReversed);
-  EXPECT_EQ(codeOf([&] { p.setRectangle(v, CRectangle(-2, 1, 9, 12)); }), Err::AreaFirstColumn);
-  EXPECT_EQ(codeOf([&] { p.setLine(v, 0, 10, 15); }), Err::AreaLastColumn);
-  EXPECT_EQ(codeOf([&] { p.setLine(v, 0, 12, 11); }), Err::AreaColumnsReversed);
-  EXPECT_EQ(codeOf([&] { p.setLine(v, 2); }), Err::AreaLastLine);
-  EXPECT_EQ(codeOf([&] { p.setColumn(v, 9); }), Err::AreaFirstColumn);
-  EXPECT_EQ(codeOf([&] { p.setColumn(v, 10, -3, 0); }), Err::AreaFirstLine);
-  EXPECT_EQ(codeOf([&] { p.setRectangle(v, CRectangle()); }), Err::AreaLinesReversed);
+  const std::pair<std::function<void()>, unsigned long> calls[] = {
+      {[&] { p.setRectangle(v, -3, 0, 10, 12); }, Err::AreaFirstLine},
+      {[&] { p.setRectangle(v, -2, 2, 10, 12); }, Err::AreaLastLine},
+      {[&] { p.setRectangle(v, 1, 0, 10, 12); }, Err::AreaLinesReversed},
+      {[&] { p.setRectangle(v, CRectangle(-2, 1, 9, 12)); }, Err::AreaFirstColumn},
+      {[&] { p.setLine(v, 0, 10, 15); }, Err::AreaLastColumn},
+      {[&] { p.setLine(v, 0, 12, 11); }, Err::AreaColumnsReversed},
+      {[&] { p.setLine(v, 2); }, Err::AreaLastLine},
+      {[&] { p.setColumn(v, 9); }, Err::AreaFirstColumn},
+      {[&] { p.setColumn(v, 10, -3, 0); }, Err::AreaFirstLine},
+      {[&] { p.setRectangle(v, CRectangle()); }, Err::AreaLinesReversed}};
+  for (std::size_t i = 0; i < std::size(calls); ++i) EXPECT_EQ(codeOf(calls[i].first), calls[i].second) << i;
   EXPECT_TRUE(equals(p, m));
   EXPECT_TRUE(w.quiet());
   EXPECT_FALSE(p.isLock());
 
   TPlane<T> invalid;
-  EXPECT_EQ(codeOf([&] { invalid.clear(); }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([&] { invalid.setRectangle(v); }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([&] { invalid.setLine(v, 0); }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([&] { invalid.setColumn(v, 0, 0, 0); }), Err::PlaneNotValid);
+  for (auto call : {std::function<void()>([&] { invalid.clear(); }), std::function<void()>([&] { invalid.setRectangle(v); }),
+                    std::function<void()>([&] { invalid.setLine(v, 0); }),
+                    std::function<void()>([&] { invalid.setColumn(v, 0, 0, 0); })})
+    EXPECT_EQ(codeOf(call), Err::PlaneNotValid);
 }
 
 TYPED_TEST(PlaneOps, ViewAtTheEdgeWritesOnlyItsPartOfTheSource) {
@@ -275,12 +277,11 @@ TYPED_TEST(PlaneOps, LinesAndColumnsTravelBothWays) {
     // Readers: the pixels, no message, no stamp, no lock.
     p.getLine(buf.data(), l2);
     for (int c = c1; c <= c2; ++c) EXPECT_TRUE(same(buf[c - c1], m.at(l2, c)));
-    p.getLine(buf.data(), l1, c2, c2);
-    EXPECT_TRUE(same(buf[0], m.at(l1, c2)));
     p.getColumn(buf.data(), c1);
     for (int l = l1; l <= l2; ++l) EXPECT_TRUE(same(buf[l - l1], m.at(l, c1)));
-    p.getColumn(buf.data(), c2, l2, l2);
-    EXPECT_TRUE(same(buf[0], m.at(l2, c2)));
+    p.getLine(buf.data(), l1, c2, c2);
+    p.getColumn(buf.data() + 1, c2, l2, l2);
+    EXPECT_TRUE(same(buf[0], m.at(l1, c2)) && same(buf[1], m.at(l2, c2)));
     p._getLine(buf.data(), l1, c1, c2);
     for (int c = c1; c <= c2; ++c) EXPECT_TRUE(same(buf[c - c1], m.at(l1, c)));
     EXPECT_TRUE(w.quiet());
@@ -293,14 +294,13 @@ TYPED_TEST(PlaneOps, LinesAndColumnsTravelBothWays) {
     EXPECT_TRUE(w.wrote());
     p.putLine(buf.data() + 1, l2, c2, c2);
     m.at(l2, c2) = buf[1];
-    EXPECT_TRUE(w.wrote());
     p.putColumn(buf.data(), c2);
     for (int l = l1; l <= l2; ++l) m.at(l, c2) = buf[l - l1];
-    EXPECT_TRUE(w.wrote());
     p.putColumn(buf.data() + 2, c1, l2, l2);
     m.at(l2, c1) = buf[2];
     EXPECT_TRUE(equals(p, m));
-    EXPECT_TRUE(w.wrote());
+    EXPECT_EQ(w.rec.codes, std::vector<unsigned long>(3, 51));
+    w.reset();
 
     // The bare loops: the same effect, no message.
     p._putLine(buf.data() + 3, l2, c1, c2);
@@ -718,10 +718,6 @@ TEST(PlaneOpsArithmetic, PixelWiseWithEqualFirstColumns) {
   for (float& x : ms.v) x = x * x;
   s *= s;
   EXPECT_TRUE(equals(s, ms));
-  TPlane<float> zeros(3, 5);
-  s /= zeros;
-  for (float& x : ms.v) x = 0.0f;
-  EXPECT_TRUE(equals(s, ms));
 }
 
 TEST(PlaneOpsArithmetic, DifferentFirstColumnsKeepTheirOddPairing) {
@@ -795,10 +791,7 @@ TEST(PlaneOpsLock, WritersWaitForTheLockOperatorsAndReadersDoNot) {
   });
   const bool done = unlocked.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
   EXPECT_TRUE(done);
-  if (!done) {
-    p.unlock();
-    unlocked.wait();
-  }
+  if (!done) p.unlock();
   EXPECT_EQ(unlocked.get(), 3.0f);
 
   // A writer waits until the lock is given back.
