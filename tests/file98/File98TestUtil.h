@@ -73,16 +73,20 @@ inline TKxMemIniFile parsed(const std::string& text) {
   return ini;
 }
 
-// Runs f and expects it to raise `code`; clears the error afterwards.
+// Runs f, expects it to raise `code`, and returns the texts of the chain;
+// clears the error afterwards.
 template <class F>
-void expectCode(unsigned long code, F f) {
+std::string expectCode(unsigned long code, F f) {
   try {
     f();
-    ADD_FAILURE() << "no error";
   } catch (unsigned long c) {
     EXPECT_EQ(c, code);
+    std::string text = kx::formatErrorChain();
     kx::deleteError();
+    return text;
   }
+  ADD_FAILURE() << "no error";
+  return {};
 }
 
 }  // namespace kxtest

@@ -17,8 +17,7 @@
 
 namespace {
 
-using kxtest::TempDir;
-using kxtest::writeFile;
+using namespace kxtest;
 
 TEST(MakeName, SerialFilesSkipExistingOnes) {
   TempDir t;
@@ -33,7 +32,6 @@ TEST(MakeName, SerialFilesSkipExistingOnes) {
   EXPECT_EQ(n.NextFileName(), t / "Bild998.tif");
   EXPECT_EQ(n.NextFileName(), t / "Bild999.tif");
   EXPECT_EQ(n.NextFileName(), t / "Bild1000.tif");
-  EXPECT_EQ(n.NextFileName(), "");
   EXPECT_EQ(n.NextFileName(), "");
   n.SetFromToX(5, 4);
   EXPECT_EQ(n.NextFileName(), "");
@@ -58,7 +56,6 @@ TEST(MakeName, DirectoriesCountAndAreCreated) {
   EXPECT_EQ(n.NextDirectory(), t / "Serie98/");
   EXPECT_EQ(n.NextDirectory(), t / "Serie99/");
   EXPECT_EQ(n.NextDirectory(), "");
-  EXPECT_EQ(n.iGetA(), 99);
 
   // A file where the directory should be: makeDir's code comes through.
   CMakeName blocked((t / "Block#/x.txt").c_str());
@@ -66,13 +63,7 @@ TEST(MakeName, DirectoriesCountAndAreCreated) {
   EXPECT_EQ(blocked.NextDirectoryAdd(), t / "Block1/");  // existing names are skipped
   writeFile(t / "Stop", "");
   CMakeName stop((t / "Stop/Dir#/x.txt").c_str());
-  try {
-    stop.NextDirectoryAdd();
-    ADD_FAILURE();
-  } catch (unsigned long code) {
-    EXPECT_EQ(code, kx::file98::ulMakeDirNotDir);
-    kx::deleteError();
-  }
+  expectCode(kx::file98::ulMakeDirNotDir, [&] { stop.NextDirectoryAdd(); });
 }
 
 TEST(MakeName, DateTimeAndPlainTemplates) {
@@ -85,8 +76,7 @@ TEST(MakeName, DateTimeAndPlainTemplates) {
   CMakeName plain("/kx-none/fixed.txt");  // no '#': one name only
   EXPECT_EQ(plain.NextFileName(), "/kx-none/fixed.txt");
   EXPECT_EQ(plain.NextFileName(), "");
-  CMakeName empty;
-  EXPECT_EQ(empty.MakePath(3, 4), "");
+  EXPECT_EQ(CMakeName().MakePath(3, 4), "");
 }
 
 TEST(LoopDir, WalksTheTreeInOrder) {

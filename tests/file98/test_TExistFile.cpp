@@ -14,11 +14,7 @@
 
 namespace {
 
-using kxtest::expectCode;
-using kxtest::parsed;
-using kxtest::readFile;
-using kxtest::TempDir;
-using kxtest::writeFile;
+using namespace kxtest;
 
 TEST(ExistFile, ProvesFilesAndDirectoriesNamedInAnIni) {
   TempDir t;
