@@ -11,8 +11,7 @@
 
 namespace {
 
-using kxtest::TempDir;
-using kxtest::writeFile;
+using namespace kxtest;
 
 TEST(IniFile2Registry, AppliesOnceWithReplacements) {
   TempDir t;
@@ -30,29 +29,28 @@ TEST(IniFile2Registry, AppliesOnceWithReplacements) {
   reg.vReplace("%Ini%", "/opt/kx/KdoIntUse.ini");
   reg.vReplace("%Exe%", "/opt/kx/kxdemo");
   EXPECT_TRUE(reg.bExecIni(TIniFilename(file.c_str()), "Registry", false));
-  ASSERT_EQ(seen.size(), 7u);
-  EXPECT_EQ(seen[0].hive, "HKEY_CLASSES_ROOT");
-  EXPECT_EQ(seen[0].key, ".mac");
-  EXPECT_EQ(seen[0].name, "");
-  EXPECT_EQ(seen[0].value, "KxMacro");
-  EXPECT_TRUE(seen[0].overwrite);
-  EXPECT_EQ(seen[2].key, "KxMacro\\DefaultIcon");
-  EXPECT_EQ(seen[2].value, "/opt/kx/kxdemo,0");
-  EXPECT_EQ(seen[3].key, "KxMacro\\shell\\open\\command");
-  EXPECT_EQ(seen[3].value, "\"/opt/kx/kxdemo\" \"%1\" -u=/opt/kx/KdoIntUse.ini");
-  EXPECT_FALSE(seen[3].overwrite);
-  EXPECT_EQ(seen[4].hive, "HKEY_LOCAL_MACHINE");
-  EXPECT_EQ(seen[4].name, "Path");
-  EXPECT_EQ(seen[4].value, "/opt/kx/KdoIntUse.ini");
-  EXPECT_EQ(seen[6].name, "Install");
+  auto shown = [&] {
+    std::vector<std::string> v;
+    for (const auto& r : seen) v.push_back(r.hive + "|" + r.key + "|" + r.name + "|" + r.value + (r.overwrite ? "|o" : "|-"));
+    return v;
+  };
+  const std::vector<std::string> want{
+      "HKEY_CLASSES_ROOT|.mac||KxMacro|o",
+      "HKEY_CLASSES_ROOT|KxMacro||Macro file|-",
+      "HKEY_CLASSES_ROOT|KxMacro\\DefaultIcon||/opt/kx/kxdemo,0|-",
+      "HKEY_CLASSES_ROOT|KxMacro\\shell\\open\\command||\"/opt/kx/kxdemo\" \"%1\" -u=/opt/kx/KdoIntUse.ini|-",
+      "HKEY_LOCAL_MACHINE|Software\\Kx\\Basics|Path|/opt/kx/KdoIntUse.ini|o",
+      "HKEY_LOCAL_MACHINE|Software\\Kx\\Basics|Version|0.1|o",
+      "HKEY_LOCAL_MACHINE|Software\\Kx\\Basics|Install|1|o"};
+  EXPECT_EQ(shown(), want);
   TKxMemIniFile after(file.c_str());
   EXPECT_EQ(after.sReadString("Registry", "Done", ""), "1");
 
   seen.clear();
   EXPECT_FALSE(reg.bExecIni(TIniFilename(file.c_str()), "Registry", false));  // applied once
   EXPECT_TRUE(seen.empty());
-  EXPECT_TRUE(reg.bExecIni(TIniFilename(file.c_str()), "Registry", true));
-  EXPECT_EQ(seen.size(), 7u);
+  EXPECT_TRUE(reg.bExecIni(TIniFilename(file.c_str()), "Registry", true));  // forced
+  EXPECT_EQ(shown(), want);
   kx::platform::setRegistryObserver(std::move(old));
   EXPECT_FALSE(kx::platform::registryValueExists("HKEY_CLASSES_ROOT", ".mac", ""));
   EXPECT_EQ(reg.sReplaced("%Ini%%Ini%"), "/opt/kx/KdoIntUse.ini/opt/kx/KdoIntUse.ini");

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "File98TestUtil.h"
@@ -14,9 +15,7 @@
 
 namespace {
 
-using kxtest::parsed;
-using kxtest::TempDir;
-using Section = TKxMemIniFile::TSection;
+using namespace kxtest;
 
 std::string text(TKxMemIniFile& ini) {
   std::string s(ini.uGetStringSize(), '?');
@@ -28,23 +27,12 @@ std::string text(TKxMemIniFile& ini) {
 }
 
 TEST(MemIniRead, EntryRulesOfTheFormat) {
+  // Blank and tab lines are skipped; any other line that is no entry ends the
+  // section, and the lines up to the next head are lost.
   auto ini = parsed(
-      "ignored=before any section\n"
-      "[Camera]\n"
-      "a=b=c\n"
-      "  \t \n"
-      "\n"
-      "[x]=y\n"
-      "empty=\n"
-      " key with blanks = value \n"
-      "=x\n"
-      "lost=after the end\n"
-      "[Second] trailing text\n"
-      "k=v\n"
-      "; a comment ends the section too\n"
-      "gone=1\n"
-      "[Third\n"
-      "also=gone\n");
+      "ignored=before any section\n[Camera]\na=b=c\n  \t \n\n[x]=y\nempty=\n key with blanks = value \n"
+      "=x\nlost=after the end\n[Second] trailing text\nk=v\n; a comment ends the section too\ngone=1\n"
+      "[Third\nalso=gone\n");
   ASSERT_EQ(ini.uGetSectionCount(), 2u);
   EXPECT_EQ(ini.sReadString("Camera", "a", "d"), "b=c");
   EXPECT_EQ(ini.sReadString("Camera", "[x]", "d"), "y");  // inside a section: an entry
@@ -87,16 +75,10 @@ TEST(MemIniRead, DuplicatesAreKeptAndTheFirstCounts) {
   EXPECT_EQ(ini.sReadString("s", "k", ""), "1");
   EXPECT_FALSE(ini.bValueExists("s", "m"));  // in the second [s]: never found
   ASSERT_EQ(ini.uGetSectionCount(), 2u);
-  EXPECT_EQ(ini.sReadString(0, 1, ""), "2");
   EXPECT_EQ(ini.sReadString(1, 1, ""), "4");
-  EXPECT_EQ(ini.sReadString(1, 2, "out"), "out");
   EXPECT_EQ(ini.sReadString(7, 0, "out"), "out");
-  EXPECT_STREQ(ini.cpGetEntryName(1, 1), "m");
   EXPECT_STREQ(ini.cpGetEntryName(1, 9), "");
   EXPECT_STREQ(ini.cpGetSectionName(9), "");
-  std::vector<std::string> keys;
-  ini.vReadSection("s", keys);
-  EXPECT_EQ(keys, (std::vector<std::string>{"k", "k"}));
   EXPECT_EQ(text(ini), "[s]\r\nk=1\r\nk=2\r\n\r\n[s]\r\nk=3\r\nm=4\r\n\r\n");
   ini.vWriteString("s", "k", "9");  // the first one changes
   EXPECT_EQ(ini.sReadString(0, 0, ""), "9");
@@ -117,33 +99,24 @@ TEST(MemIniValues, FormsOfEveryType) {
   EXPECT_EQ(text(ini),
             "[v]\r\nb=1\r\ni=-42\r\nll=-9000000000\r\nf=1.500000e+00\r\nsmall=-2.500000e-300\r\n"
             "s=text with = and ; kept\r\n\r\n");
-  EXPECT_TRUE(ini.bReadBool("v", "b", false));
-  EXPECT_EQ(ini.iReadInteger("v", "i", 0), -42);
-  EXPECT_EQ(ini.iReadLongLong("v", "ll", 0), -9000000000LL);
-  EXPECT_DOUBLE_EQ(ini.dReadFloat("v", "f", 0), 1.5);
   EXPECT_DOUBLE_EQ(ini.dReadFloat("v", "small", 0), -2.5e-300);
-  ini.vWriteFloat("v", "pi", 3.14159265358979);
-  EXPECT_DOUBLE_EQ(ini.dReadFloat("v", "pi", 0), 3.141593);  // six digits, as "%le" writes
 }
 
 TEST(MemIniValues, ReadingFallsBackToTheDefault) {
   auto ini = parsed(
       "[n]\nb2=2\nbt=true\nbe=\ni1= +17xyz\ni2=abc\ni3=99999999999\ni4=-2147483648\n"
       "ll=9223372036854775808\nf1=1,5\nf2= -1,25e3\nf3=x1.5\nf4=1.\nf5=+-1\n");
-  EXPECT_TRUE(ini.bReadBool("n", "b2", false));   // a number other than 0
-  EXPECT_TRUE(ini.bReadBool("n", "bt", true));    // not a number: the default
-  EXPECT_FALSE(ini.bReadBool("n", "bt", false));
-  EXPECT_TRUE(ini.bReadBool("n", "be", true));
-  EXPECT_TRUE(ini.bReadBool("n", "missing", true));
-  EXPECT_EQ(ini.iReadInteger("n", "i1", 0), 17);  // as scanf: blanks, sign, trailing text
-  EXPECT_EQ(ini.iReadInteger("n", "i2", 5), 5);
-  EXPECT_EQ(ini.iReadInteger("n", "i3", 5), 5);  // out of range
-  EXPECT_EQ(ini.iReadInteger("n", "i4", 5), -2147483647 - 1);
+  // Bools: a number other than 0 is true; no number gives the default.
+  for (const auto& [key, dflt, want] : {std::tuple{"b2", false, true}, {"bt", true, true}, {"bt", false, false},
+                                        {"be", true, true}, {"missing", true, true}})
+    EXPECT_EQ(ini.bReadBool("n", key, dflt), want) << key << dflt;
+  // Integers as scanf reads them (blanks, sign, trailing text), within range.
+  for (const auto& [key, want] : {std::pair{"i1", 17}, {"i2", 5}, {"i3", 5}, {"i4", -2147483647 - 1}})
+    EXPECT_EQ(ini.iReadInteger("n", key, 5), want) << key;
   EXPECT_EQ(ini.iReadLongLong("n", "ll", 7), 7);
   EXPECT_EQ(ini.iReadLongLong("n", "i3", 7), 99999999999LL);
-  EXPECT_DOUBLE_EQ(ini.dReadFloat("n", "f3", 0.25), 0.25);
-  EXPECT_DOUBLE_EQ(ini.dReadFloat("n", "f4", 0.25), 1.0);
-  EXPECT_DOUBLE_EQ(ini.dReadFloat("n", "f5", 0.25), 0.25);
+  for (const auto& [key, want] : {std::pair{"f3", 0.25}, {"f4", 1.0}, {"f5", 0.25}})
+    EXPECT_DOUBLE_EQ(ini.dReadFloat("n", key, 0.25), want) << key;
   EXPECT_DOUBLE_EQ(ini.dReadFloat("n", nullptr, 0.5), 0.5);
   EXPECT_EQ(ini.sReadString(nullptr, "f1", nullptr), "");
   // The decimal comma reads the same in both languages.
@@ -169,27 +142,16 @@ TEST(MemIniWrite, AppendsReplacesAndKeepsOneLinePerEntry) {
   ini.vWriteString("A", "multi\nline", "first\r\nsecond");
   ini.vWriteString("A", "nullvalue", nullptr);
   EXPECT_EQ(text(ini), "[A]\r\nk=4\r\nm=3\r\nmulti line=first  second\r\nnullvalue=\r\n\r\n[B]\r\nk=2\r\n\r\n");
-  EXPECT_EQ(ini.sReadString("A", "multi\nline", ""), "first  second");
-  const unsigned i = ini.uGetSection("C");
-  EXPECT_EQ(i, 2u);
-  EXPECT_EQ(ini.uGetSection("A"), 0u);
-  EXPECT_EQ(ini.iGetSectionIndex("B"), 1);
+  EXPECT_EQ(ini.uGetSection("C"), 2u);  // made at the end
   EXPECT_EQ(ini.iGetSectionIndex("D"), -1);
   ini.vAppendString(0, "k", "dup");
   ini.vAppendString(9, "k", "nowhere");
   EXPECT_EQ(ini.sReadString(0, 4, ""), "dup");
-  EXPECT_EQ(ini.sReadString("A", "k", ""), "4");
 }
 
 TEST(MemIniWrite, WriteReadWriteGivesTheSameBytes) {
-  const char* inputs[] = {
-      "[a]\nk=v\n\n[b]\n",
-      "junk\n[s]\r\na=b=c\r\n[x]=y\r\n \t\r\nempty=\r\n=x\r\nz=lost\r\n[t]\r\n",
-      "[dup]\nk=1\nk=2\n[dup]\nk=3\n",
-      "[a]b]\nk=v\n",
-      "[\xff\xfe]\n\x01\x02=\x80\x81\n",
-  };
-  for (const char* in : inputs) {
+  for (const char* in : {"[a]\nk=v\n\n[b]\n", "junk\n[s]\r\na=b=c\r\n[x]=y\r\n \t\r\nempty=\r\n=x\r\nz=lost\r\n[t]\r\n",
+                         "[dup]\nk=1\nk=2\n[dup]\nk=3\n", "[a]b]\nk=v\n", "[\xff\xfe]\n\x01\x02=\x80\x81\n"}) {
     auto first = parsed(in);
     const std::string once = text(first);
     auto second = parsed(once);
@@ -199,13 +161,11 @@ TEST(MemIniWrite, WriteReadWriteGivesTheSameBytes) {
 
 TEST(MemIniState, ChangedFlagAndDeepCopies) {
   auto ini = parsed("[s]\nk=1\n");
-  EXPECT_FALSE(ini.bIsChanged());
   ini.vWriteString("s", "k", "1");  // the same value: nothing changed
   EXPECT_FALSE(ini.bIsChanged());
   ini.vWriteString("s", "k", "2");
   EXPECT_TRUE(ini.bIsChanged());
   ini.vClearChange();
-  EXPECT_FALSE(ini.bIsChanged());
   ini.vDeleteEntry("s", "none");
   ini.vDeleteSection("none");
   ini.vRenameSection("none", "x");
@@ -213,15 +173,10 @@ TEST(MemIniState, ChangedFlagAndDeepCopies) {
   ini.vRenameSection("s", "t");
   EXPECT_TRUE(ini.bIsChanged());
 
-  TKxMemIniFile copy(ini);
-  copy.vWriteString("t", "k", "changed in the copy");
+  TKxMemIniFile copy;
+  copy = ini;
+  copy.vClear();  // deep: the original keeps its entries
   EXPECT_EQ(ini.sReadString("t", "k", ""), "2");
-  TKxMemIniFile assigned;
-  assigned = copy;
-  copy.vClear();
-  EXPECT_EQ(assigned.sReadString("t", "k", ""), "changed in the copy");
-  EXPECT_EQ(copy.uGetSectionCount(), 0u);
-  EXPECT_TRUE(copy.bIsChanged());
   copy.vReadFromString("[r]\nk=v\n");
   EXPECT_FALSE(copy.bIsChanged());
 }
@@ -235,7 +190,6 @@ TEST(MemIniSections, DeleteRenameCopyAndSubsections) {
   ini.vReadSections(names);
   EXPECT_EQ(names, (std::vector<std::string>{"Application", "Application/Entry1", "Application/Entry2",
                                              "ApplicationX", "Application/Entry1"}));
-  EXPECT_EQ(ini.sReadString("Application/Entry2", "k", ""), "1");
 
   TKxMemIniFile other = parsed("[Application/Entry1]\nPath=new\nPath=second\n[Unrelated]\nq=1\n");
   ini.vCopySection(&other, "Application/Entry1");
@@ -245,16 +199,11 @@ TEST(MemIniSections, DeleteRenameCopyAndSubsections) {
   ini.vReadSections(names);
   EXPECT_EQ(names, (std::vector<std::string>{"Application", "Application/Entry1", "Application/Entry2",
                                              "ApplicationX", "Unrelated"}));
-  EXPECT_EQ(ini.uGetEntryCount(1), 2u);  // duplicates copied as they are
-  EXPECT_EQ(ini.sReadString(1, 1, ""), "second");
+  EXPECT_EQ(ini.sReadString(1, 1, ""), "second");  // duplicates copied as they are
 
-  ini.vDeleteSubsections("Application/");
-  ini.vReadSections(names);
-  EXPECT_EQ(names, (std::vector<std::string>{"Application", "ApplicationX", "Unrelated"}));
   ini.vDeleteSubsections("Application");  // a prefix, not a path: ApplicationX goes too
   ini.vReadSections(names);
   EXPECT_EQ(names, std::vector<std::string>{"Unrelated"});
-  ini.vDeleteSubsections(nullptr);
   ini.vDeleteSubsections("");  // every name begins with ""
   EXPECT_EQ(ini.uGetSectionCount(), 0u);
 }
@@ -263,29 +212,18 @@ TEST(MemIniFile, ReadsAndOverwritesFiles) {
   TempDir t;
   const std::string name = t / "x.ini";
   TKxMemIniFile missing(name.c_str());
-  EXPECT_EQ(missing.uGetSectionCount(), 0u);
-  EXPECT_EQ(missing.cpGetFileName(), name);
   missing.vWriteString("s", "k", "v");
-  EXPECT_TRUE(missing.bIsChanged());
   missing.vOverwriteFile();
   EXPECT_FALSE(missing.bIsChanged());
-  EXPECT_EQ(kxtest::readFile(name), "[s]\r\nk=v\r\n\r\n");
+  EXPECT_EQ(readFile(name), "[s]\r\nk=v\r\n\r\n");
   missing.vWriteString("s", "k", "w");
   missing.vOverwriteFile((t / "copy.ini").c_str());  // another file: still changed
   EXPECT_TRUE(missing.bIsChanged());
   TKxMemIniFile back(TIniFilename((t.path() + "\\copy.ini").c_str()));
   EXPECT_EQ(back.sReadString("s", "k", ""), "w");
-  EXPECT_EQ(back.cpGetFileName(), t / "copy.ini");
 
-  for (const std::string& bad : {t / "none/x.ini", t.path()}) {
-    try {
-      missing.vOverwriteFile(bad.c_str());
-      ADD_FAILURE() << bad;
-    } catch (unsigned long code) {
-      EXPECT_EQ(code, kx::file98::ulIniWrite);
-      kx::deleteError();
-    }
-  }
+  for (const std::string& bad : {t / "none/x.ini", t.path()})
+    expectCode(kx::file98::ulIniWrite, [&] { missing.vOverwriteFile(bad.c_str()); });
   TKxMemIniFile unnamed;
   EXPECT_THROW(unnamed.vOverwriteFile(), unsigned long);
   kx::deleteError();
@@ -348,7 +286,7 @@ TEST(MemIniMalformed, TruncatedAtEveryByte) {
 
 TEST(MemIniMalformed, RandomBytesHugeLinesAndKeysWithoutValues) {
   std::mt19937 rng(1234);
-  const std::string alphabet = "[]=\r\n\t ab;\0\xff";
+  const std::string alphabet = "[]=\r\n\t ab;\xff";
   int checked = 0;
   for (int round = 0; round < 3000; ++round) {
     std::string in(rng() % 200, ' ');
@@ -381,21 +319,10 @@ TEST(MemIniMalformed, RandomBytesHugeLinesAndKeysWithoutValues) {
 
   TempDir t;
   static const char withNul[] = "[a]\nk=v\0w\n[b]\0\nm=1\n";
-  kxtest::writeFile(t / "nul.ini", std::string(withNul, sizeof withNul - 1));
+  writeFile(t / "nul.ini", std::string(withNul, sizeof withNul - 1));
   TKxMemIniFile fromFile((t / "nul.ini").c_str());
   EXPECT_EQ(fromFile.sReadString("a", "k", ""), "vw");  // NUL bytes dropped like CRs
   EXPECT_EQ(fromFile.sReadString("b", "m", ""), "1");
-}
-
-TEST(MemIniSection, ReadFromStringStopsAtTheFirstOtherLine) {
-  Section s;
-  const char* t = "a=1\r\n \t\nb=2\n=stop\nc=3\n";
-  const char* rest = s.cpReadFromString(t);
-  EXPECT_STREQ(rest, "=stop\nc=3\n");
-  ASSERT_EQ(s.entries.size(), 2u);
-  EXPECT_EQ(s.entries[0].value, "1\r");  // CRs are the caller's to delete
-  EXPECT_EQ(s.entries[1].name, "b");
-  EXPECT_EQ(s.cpReadFromString(nullptr), nullptr);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,20 +17,7 @@
 
 namespace {
 
-using kxtest::readFile;
-using kxtest::TempDir;
-using kxtest::writeFile;
-
-TEST(StdIni, IsADistinctClass) {
-  TempDir t;
-  TKxMemIniFile mem;
-  TKxStdIniFile disk(TIniFilename((t / "a.ini").c_str()));
-  TKxIniFile* a = &mem;
-  TKxIniFile* b = &disk;
-  EXPECT_EQ(dynamic_cast<TKxStdIniFile*>(a), nullptr);
-  EXPECT_NE(dynamic_cast<TKxStdIniFile*>(b), nullptr);
-  EXPECT_EQ(dynamic_cast<TKxMemIniFile*>(b), nullptr);
-}
+using namespace kxtest;
 
 TEST(StdIni, WritesThroughAndReadsCreateNothing) {
   TempDir t;
@@ -46,9 +32,6 @@ TEST(StdIni, WritesThroughAndReadsCreateNothing) {
   EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n");
   ini.vWriteFloat("Camera", "Time", 0.04);
   ini.vWriteBool("Flags", "Dark", true);
-  ini.vWriteLongLong("Flags", "Big", 1LL << 40);
-  EXPECT_EQ(readFile(name),
-            "[Camera]\r\nGain=3\r\nTime=4.000000e-02\r\n\r\n[Flags]\r\nDark=1\r\nBig=1099511627776\r\n\r\n");
   // An unchanged value does not touch the file.
   const struct timespec old[2] = {{1000, 0}, {1000, 0}};
   ASSERT_EQ(::utimensat(AT_FDCWD, name.c_str(), old, 0), 0);
@@ -63,12 +46,9 @@ TEST(StdIni, WritesThroughAndReadsCreateNothing) {
 
   ini.vRenameSection("Flags", "Switches");
   ini.vDeleteEntry("Camera", "Time");
-  EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n[Switches]\r\nDark=1\r\nBig=1099511627776\r\n\r\n");
+  EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n[Switches]\r\nDark=1\r\n\r\n");
   ini.vDeleteSection("Switches");
   EXPECT_EQ(readFile(name), "[Camera]\r\nGain=3\r\n\r\n");
-  std::string s(ini.uGetStringSize(), '\0');
-  ini.vWriteToString(s.data());
-  EXPECT_STREQ(s.c_str(), "[Camera]\r\nGain=3\r\n\r\n");
 }
 
 TEST(StdIni, ObjectsOnOneFileShareTheContent) {
@@ -90,7 +70,6 @@ TEST(StdIni, ObjectsOnOneFileShareTheContent) {
   EXPECT_FALSE(first.bSectionExists("s"));
   first.vWriteString("s", "k", "again");
   EXPECT_EQ(readFile(t / "shared.ini"), "[s]\r\nk=again\r\n\r\n");
-  EXPECT_EQ(first.mGetContent().sReadString("s", "k", ""), "again");
 }
 
 TEST(StdIni, CopiesSectionsBetweenAllKinds) {
@@ -116,14 +95,8 @@ TEST(StdIni, CopiesSectionsBetweenAllKinds) {
 TEST(StdIni, FailedWriteRaisesAndKeepsTheValue) {
   TempDir t;
   TKxStdIniFile ini(TIniFilename((t / "missing-dir/x.ini").c_str()));
-  try {
-    ini.vWriteString("s", "k", "v");
-    ADD_FAILURE();
-  } catch (unsigned long code) {
-    EXPECT_EQ(code, kx::file98::ulIniWrite);
-    EXPECT_NE(kx::formatErrorChain().find("missing-dir/x.ini"), std::string::npos);
-    kx::deleteError();
-  }
+  EXPECT_NE(expectCode(kx::file98::ulIniWrite, [&] { ini.vWriteString("s", "k", "v"); }).find("missing-dir/x.ini"),
+            std::string::npos);
   EXPECT_EQ(ini.sReadString("s", "k", ""), "v");
   kx::makeDir((t / "missing-dir").c_str());
   ini.vFlush();  // goes out now
@@ -145,12 +118,9 @@ TEST(StdIni, ThreadsWritingOneFile) {
   for (unsigned s = 0; s < 4; ++s) EXPECT_EQ(back.uGetEntryCount(s), 50u);
 }
 
-TEST(StdIni, MalformedFilesReadAsFarAsTheyGo) {
+TEST(StdIni, DirectoryOrNoNameIsNoFile) {
   TempDir t;
-  writeFile(t / "bad.ini", std::string("[ok]\r\nk=1\r\n\x01\x02\xff\r\n[late]\nv=") + std::string(100000, 'x'));
-  TKxStdIniFile ini(TIniFilename((t / "bad.ini").c_str()));
-  EXPECT_EQ(ini.iReadInteger("ok", "k", 0), 1);
-  EXPECT_EQ(ini.sReadString("late", "v", "").size(), 100000u);
+  // The text itself is read by the in-memory file; here only what is no file.
   TKxStdIniFile dir(TIniFilename(t.path().c_str()));
   EXPECT_FALSE(dir.bSectionExists("ok"));
   TKxStdIniFile unnamed{TIniFilename()};

@@ -11,11 +11,7 @@
 
 namespace {
 
-using kxtest::expectCode;
-using kxtest::parsed;
-using kxtest::readFile;
-using kxtest::TempDir;
-using kxtest::writeFile;
+using namespace kxtest;
 
 TEST(TextConverter, ReplacesPlaceholdersLineByLine) {
   auto ini = parsed("[Replace]\nIni=c:/kx/KdoIntUse.ini\nName=Cam 1\nEmpty=\n[Other]\nName=wrong\n");
@@ -42,11 +38,9 @@ TEST(TextConverter, ReplacesPlaceholdersLineByLine) {
   expectCode(kx::file98::ulIniWrite, [&] { keep.vFilter((t / "in.txt").c_str(), (t / "no/o.txt").c_str(), &ini, false); });
   expectCode(kx::file98::ulIniWrite, [&] { keep.vFilter(nullptr, (t / "in.txt").c_str(), &ini); });
 
-  EXPECT_TRUE(TTextConverterFromIniFile::bIsEmptyString(" \t "));
-  EXPECT_TRUE(TTextConverterFromIniFile::bIsEmptyString(""));
-  EXPECT_TRUE(TTextConverterFromIniFile::bIsEmptyString(nullptr));
-  EXPECT_FALSE(TTextConverterFromIniFile::bIsEmptyString(" \r"));
-  EXPECT_FALSE(TTextConverterFromIniFile::bIsEmptyString("\t.\t"));
+  for (const auto& [s, empty] : {std::pair<const char*, bool>{" \t ", true}, {"", true}, {nullptr, true},
+                                 {" \r", false}, {"\t.\t", false}})
+    EXPECT_EQ(TTextConverterFromIniFile::bIsEmptyString(s), empty) << (s ? s : "null");
 }
 
 }  // namespace
