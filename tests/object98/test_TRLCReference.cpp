@@ -29,7 +29,7 @@ void refMergeOr(Runs& r) {
   while (i + 1 < r.size()) {
     if (r[i].LastColumn + 1 >= r[i + 1].FirstColumn) {
       r[i].LastColumn = std::max(r[i].LastColumn, r[i + 1].LastColumn);
-      r.erase(r.begin() + static_cast<long>(i) + 1);
+      r.erase(r.begin() + long(i) + 1);
     } else {
       ++i;
     }
@@ -44,15 +44,15 @@ void refMergeXor(Runs& r) {
       ++i;
     } else if (a.LastColumn + 1 == b.FirstColumn) {
       r[i].LastColumn = std::max(a.LastColumn, b.LastColumn);
-      r.erase(r.begin() + static_cast<long>(i) + 1);
+      r.erase(r.begin() + long(i) + 1);
     } else {
       const int lo = std::min(a.LastColumn, b.LastColumn), hi = std::max(a.LastColumn, b.LastColumn);
       if (hi == lo)
-        r.erase(r.begin() + static_cast<long>(i) + 1);
+        r.erase(r.begin() + long(i) + 1);
       else
         r[i + 1] = TRLC(lo, hi - 1);
       if (b.FirstColumn <= a.FirstColumn)
-        r.erase(r.begin() + static_cast<long>(i));
+        r.erase(r.begin() + long(i));
       else
         r[i].LastColumn = b.FirstColumn - 1;
     }
@@ -60,6 +60,7 @@ void refMergeXor(Runs& r) {
 }
 
 enum Op { eOr, eXor, eAnd };
+const char* const kOpNames[] = {"OR", "XOR", "AND"};
 
 Runs refLine(const Runs& a, const Runs& b, Op op) {
   Runs t;
@@ -84,7 +85,7 @@ Runs refLine(const Runs& a, const Runs& b, Op op) {
 struct RefArray {
   int fl = 0, ll = -1, fc = 0, lc = -1;
   std::vector<Runs> lines;
-  const Runs* line(int y) const { return y >= fl && y <= ll ? &lines[static_cast<std::size_t>(y - fl)] : nullptr; }
+  const Runs* line(int y) const { return y >= fl && y <= ll ? &lines[y - fl] : nullptr; }
 };
 
 RefArray refOf(const TRLCArray& a) { return {a.getFirstLine(), a.getLastLine(), a.getFirstColumn(), a.getLastColumn(), linesOf(a)}; }
@@ -97,8 +98,8 @@ RefArray refArray(const RefArray& a, const RefArray& b, Op op) {
     std::vector<Runs> lines;
     for (int y = f; y <= l; ++y) lines.push_back(refLine(*a.line(y), *b.line(y), eAnd));
     int top = 0, bottom = static_cast<int>(lines.size()) - 1;
-    while (top <= bottom && lines[static_cast<std::size_t>(top)].empty()) ++top;
-    while (bottom >= top && lines[static_cast<std::size_t>(bottom)].empty()) --bottom;
+    while (top <= bottom && lines[top].empty()) ++top;
+    while (bottom >= top && lines[bottom].empty()) --bottom;
     if (top > bottom) return r;
     r.fl = f + top;
     r.ll = f + bottom;
@@ -130,12 +131,12 @@ RefArray refArray(const RefArray& a, const RefArray& b, Op op) {
 // Normal runs (sorted, with gaps) in about [0, 120).
 Runs randomNormal(std::mt19937& g, int maxRuns) {
   Runs r;
-  int x = static_cast<int>(g() % 6);
-  const int n = static_cast<int>(g() % static_cast<unsigned>(maxRuns + 1));
+  int x = int(g() % 6);
+  const int n = int(g() % unsigned(maxRuns + 1));
   for (int i = 0; i < n; ++i) {
-    const int w = 1 + static_cast<int>(g() % 12);
+    const int w = 1 + int(g() % 12);
     r.emplace_back(x, x + w - 1);
-    x += w + 1 + static_cast<int>(g() % 8);
+    x += w + 1 + int(g() % 8);
   }
   return r;
 }
@@ -143,10 +144,10 @@ Runs randomNormal(std::mt19937& g, int maxRuns) {
 // Anything: unsorted, overlapping, touching, repeated runs.
 Runs randomAny(std::mt19937& g, int maxRuns) {
   Runs r;
-  const int n = static_cast<int>(g() % static_cast<unsigned>(maxRuns + 1));
+  const int n = int(g() % unsigned(maxRuns + 1));
   for (int i = 0; i < n; ++i) {
-    const int a = static_cast<int>(g() % 60);
-    r.emplace_back(a, a + static_cast<int>(g() % 10));
+    const int a = int(g() % 60);
+    r.emplace_back(a, a + int(g() % 10));
     if (g() % 5 == 0) r.push_back(r.back());
   }
   return r;
@@ -154,11 +155,11 @@ Runs randomAny(std::mt19937& g, int maxRuns) {
 
 TRLCArray randomArray(std::mt19937& g, bool normal) {
   if (g() % 10 == 0) return TRLCArray();
-  const int fl = static_cast<int>(g() % 12) - 6;
-  const int n = 1 + static_cast<int>(g() % 8);
+  const int fl = int(g() % 12) - 6;
+  const int n = 1 + int(g() % 8);
   std::vector<Runs> lines;
   for (int i = 0; i < n; ++i) lines.push_back(normal ? randomNormal(g, 6) : randomAny(g, 6));
-  return makeArray(fl, -2 + static_cast<int>(g() % 4), 100 + static_cast<int>(g() % 30), lines);
+  return makeArray(fl, -2 + int(g() % 4), 100 + int(g() % 30), lines);
 }
 
 void expectSame(const TRLCArray& got, const RefArray& want, const char* what, int round) {
@@ -172,39 +173,48 @@ TEST(RLCReference, OperatorsMatchTheSlowMergesOnNormalAndArbitraryRuns) {
     const bool normal = round % 2 == 0;
     const TRLCArray a = randomArray(g, normal), b = randomArray(g, normal);
     const RefArray ra = refOf(a), rb = refOf(b);
-    TRLCArray r = a;
-    r |= b;
-    expectSame(r, refArray(ra, rb, eOr), "OR", round);
-    r = a;
-    r ^= b;
-    expectSame(r, refArray(ra, rb, eXor), "XOR", round);
-    r = a;
-    r &= b;
-    expectSame(r, refArray(ra, rb, eAnd), "AND", round);
+    for (Op op : {eOr, eXor, eAnd}) {
+      TRLCArray r = a;
+      if (op == eOr) r |= b;
+      if (op == eXor) r ^= b;
+      if (op == eAnd) r &= b;
+      expectSame(r, refArray(ra, rb, op), kOpNames[op], round);
+    }
   }
 }
 
 // ---- the mask reference ----------------------------------------------------
 
 constexpr int kW = 160;  // mask columns [0, kW)
+using Mask = std::vector<char>;
 
-std::vector<char> maskOf(const Runs& r) {
-  std::vector<char> m(kW, 0);
-  for (const TRLC& x : r)
-    for (int c = x.FirstColumn; c <= x.LastColumn; ++c) m[static_cast<std::size_t>(c)] = 1;
+Mask maskOf(const Runs& r) {
+  Mask m(kW, 0);
+  for (const TRLC& x : r) std::fill(m.begin() + x.FirstColumn, m.begin() + x.LastColumn + 1, 1);
   return m;
 }
 
-Runs runsOfMask(const std::vector<char>& m) {
+template <class F>
+Mask combined(const Mask& a, const Mask& b, F f) {
+  Mask m(kW);
+  for (int c = 0; c < kW; ++c) m[c] = f(a[c], b[c]);
+  return m;
+}
+
+Runs runsOfMask(const Mask& m) {
   Runs r;
   for (int c = 0; c < kW; ++c) {
-    if (!m[static_cast<std::size_t>(c)]) continue;
+    if (!m[c]) continue;
     int e = c;
-    while (e + 1 < kW && m[static_cast<std::size_t>(e + 1)]) ++e;
+    while (e + 1 < kW && m[e + 1]) ++e;
     r.emplace_back(c, e);
     c = e;
   }
   return r;
+}
+
+Runs lineOf(const TRLCArray& x, int y) {
+  return y >= x.getFirstLine() && y <= x.getLastLine() ? runsOf(static_cast<const TRLCArray&>(x)[y]) : Runs{};
 }
 
 TEST(RLCReference, OrAndAndMatchAByteMaskLineByLine) {
@@ -214,22 +224,15 @@ TEST(RLCReference, OrAndAndMatchAByteMaskLineByLine) {
     TRLCArray o = a, n = a;
     o |= b;
     n &= b;
-    const int y0 = std::min(a.getFirstLine(), b.getFirstLine()) - 1;
-    const int y1 = std::max(a.getLastLine(), b.getLastLine()) + 1;
     long orPixels = 0, andPixels = 0;
-    for (int y = y0; y <= y1; ++y) {
-      auto line = [](const TRLCArray& x, int yy) {
-        return yy >= x.getFirstLine() && yy <= x.getLastLine() ? runsOf(static_cast<const TRLCArray&>(x)[yy]) : Runs{};
-      };
-      const auto ma = maskOf(line(a, y)), mb = maskOf(line(b, y));
-      std::vector<char> mo(kW), mn(kW);
-      for (int c = 0; c < kW; ++c) {
-        mo[static_cast<std::size_t>(c)] = ma[static_cast<std::size_t>(c)] | mb[static_cast<std::size_t>(c)];
-        mn[static_cast<std::size_t>(c)] = ma[static_cast<std::size_t>(c)] & mb[static_cast<std::size_t>(c)];
-      }
-      // OR: exactly the runs of the mask, normal (no touching runs).
-      ASSERT_EQ(line(o, y), runsOfMask(mo)) << "OR line " << y << " round " << round;
-      ASSERT_EQ(line(n, y), runsOfMask(mn)) << "AND line " << y << " round " << round;
+    for (int y = std::min(a.getFirstLine(), b.getFirstLine()) - 1; y <= std::max(a.getLastLine(), b.getLastLine()) + 1;
+         ++y) {
+      const Mask ma = maskOf(lineOf(a, y)), mb = maskOf(lineOf(b, y));
+      const Mask mo = combined(ma, mb, [](char p, char q) { return p | q; });
+      const Mask mn = combined(ma, mb, [](char p, char q) { return p & q; });
+      // Exactly the runs of the mask: normal, no touching runs.
+      ASSERT_EQ(lineOf(o, y), runsOfMask(mo)) << "OR line " << y << " round " << round;
+      ASSERT_EQ(lineOf(n, y), runsOfMask(mn)) << "AND line " << y << " round " << round;
       orPixels += std::count(mo.begin(), mo.end(), 1);
       andPixels += std::count(mn.begin(), mn.end(), 1);
     }
@@ -249,18 +252,16 @@ TEST(RLCReference, XorWithoutOverlapsIsTheMaskXor) {
     for (const TRLC& r : a) {
       const int gapFirst = prevEnd + 2 > 0 ? prevEnd + 2 : 0, gapLast = r.FirstColumn - 2;
       if (gapFirst <= gapLast && g() % 2) {
-        const int s = gapFirst + static_cast<int>(g() % static_cast<unsigned>(gapLast - gapFirst + 1));
-        b.emplace_back(s, s + static_cast<int>(g() % static_cast<unsigned>(gapLast - s + 1)));
+        const int s = gapFirst + int(g() % unsigned(gapLast - gapFirst + 1));
+        b.emplace_back(s, s + int(g() % unsigned(gapLast - s + 1)));
       }
       if (g() % 3 == 0) b.push_back(r);
       prevEnd = r.LastColumn;
     }
     TRLCArray x = makeArray(0, 0, kW, {a});
     x ^= makeArray(0, 0, kW, {b});
-    const auto ma = maskOf(a), mb = maskOf(b);
-    std::vector<char> mx(kW);
-    for (int c = 0; c < kW; ++c) mx[static_cast<std::size_t>(c)] = ma[static_cast<std::size_t>(c)] ^ mb[static_cast<std::size_t>(c)];
-    ASSERT_EQ(runsOf(x[0]), runsOfMask(mx)) << "round " << round;
+    ASSERT_EQ(runsOf(x[0]), runsOfMask(combined(maskOf(a), maskOf(b), [](char p, char q) { return p ^ q; })))
+        << "round " << round;
   }
 }
 
@@ -271,24 +272,17 @@ TEST(RLCReference, XorOfOneOverlapShiftsThePartBehindIt) {
   // own last one). A head and a moved tail that touch fuse.
   std::mt19937 g(5);
   for (int round = 0; round < 3000; ++round) {
-    const int a0 = static_cast<int>(g() % 40) + 10, a1 = a0 + static_cast<int>(g() % 30);
-    const int b0 = static_cast<int>(g() % 40) + 10, b1 = b0 + static_cast<int>(g() % 30);
+    const int a0 = int(g() % 40) + 10, a1 = a0 + int(g() % 30);
+    const int b0 = int(g() % 40) + 10, b1 = b0 + int(g() % 30);
     if (std::max(a0, b0) > std::min(a1, b1)) continue;  // no overlap
     const Runs a{{a0, a1}}, b{{b0, b1}};
     TRLCArray x = makeArray(0, 0, kW, {a});
     x ^= makeArray(0, 0, kW, {b});
 
-    const auto ma = maskOf(a), mb = maskOf(b);
-    std::vector<char> want(kW, 0);
-    const int commonLast = std::min(a1, b1);
-    for (int c = 0; c < kW; ++c) {
-      const bool inXor = ma[static_cast<std::size_t>(c)] != mb[static_cast<std::size_t>(c)];
-      if (!inXor) continue;
-      if (c < commonLast)
-        want[static_cast<std::size_t>(c)] = 1;  // the head
-      else
-        want[static_cast<std::size_t>(c - 1)] = 1;  // the tail, one to the left
-    }
+    const Mask mx = combined(maskOf(a), maskOf(b), [](char p, char q) { return p ^ q; });
+    Mask want(kW, 0);
+    for (int c = 0; c < kW; ++c)
+      if (mx[c]) want[c < std::min(a1, b1) ? c : c - 1] = 1;  // the head as it is, the tail one to the left
     ASSERT_EQ(runsOf(x[0]), runsOfMask(want)) << a[0] << " ^ " << b[0];
   }
 }
