@@ -19,17 +19,43 @@ int64_t monotonicNs() {
   return next;
 }
 
-uint32_t tickCountMs() {
-  return static_cast<uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(
-                                   std::chrono::steady_clock::now().time_since_epoch())
-                                   .count());
+namespace {
+
+class SystemClock : public ClockSource {
+ public:
+  int64_t nowMs() override {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+  }
+  void sleepMs(unsigned ms) override {
+    if (ms == 0)
+      std::this_thread::yield();
+    else
+      std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+  }
+};
+
+SystemClock gSystemClock;
+std::atomic<ClockSource*> gClock{&gSystemClock};
+
+}  // namespace
+
+ClockSource* setClockSource(ClockSource* clock) {
+  ClockSource* old = gClock.exchange(clock ? clock : &gSystemClock);
+  return old == &gSystemClock ? nullptr : old;
 }
 
-void sleepMs(unsigned ms) {
-  if (ms == 0)
-    std::this_thread::yield();
-  else
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+int64_t tickMs64() { return gClock.load()->nowMs(); }
+
+uint32_t tickCountMs() { return static_cast<uint32_t>(tickMs64()); }
+
+void sleepMs(unsigned ms) { gClock.load()->sleepMs(ms); }
+
+void ManualClock::sleepMs(unsigned ms) {
+  ++sleeps_;
+  slept_ += ms;
+  now_ += ms;
 }
 
 int32_t MulDiv(int32_t a, int32_t b, int32_t c) {

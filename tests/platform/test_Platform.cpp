@@ -29,6 +29,24 @@ TEST(Clock, SleepWaitsAtLeastTheTime) {
   EXPECT_GE(kx::platform::monotonicNs() - t0, 5'000'000);
 }
 
+TEST(Clock, ManualClockDrivesTickAndSleepWithoutWaiting) {
+  using namespace kx::platform;
+  ManualClock manual(1000);
+  const int64_t t0 = monotonicNs();
+  {
+    ScopedClock guard(&manual);
+    EXPECT_EQ(tickMs64(), 1000);
+    sleepMs(60000);
+    EXPECT_EQ(tickCountMs(), 61000u);
+    manual.advance(5);
+    EXPECT_EQ(tickMs64(), 61005);
+    EXPECT_EQ(manual.sleptMs(), 60000);
+    EXPECT_EQ(manual.sleeps(), 1);
+  }
+  EXPECT_LT(monotonicNs() - t0, 5'000'000'000);  // a minute was never waited
+  EXPECT_NE(tickMs64(), 61005);                   // the real clock is back
+}
+
 TEST(Clock, MulDivRoundsHalfAwayFromZero) {
   using kx::platform::MulDiv;
   EXPECT_EQ(MulDiv(10, 3, 4), 8);    // 7.5 -> 8
