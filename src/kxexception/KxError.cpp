@@ -137,11 +137,30 @@ void closeErrorFile() {
 
 namespace detail {
 
+namespace {
+// The chain no longer belongs to the code in flight (it was deleted or
+// replaced on the way up): a fresh chain for that code, saying so.
+void restartChain(unsigned long code, const char* file, int line) {
+  if (tChain.code != 0 || !tChain.links.empty())
+    writeToErrorFile("superseded: " + formatChain(tChain));
+  tChain = TChain{};
+  tChain.code = code;
+  tChain.links.push_back({file ? file : "", line, "the chain of this error was lost on its way up"});
+}
+}  // namespace
+
 void rethrowGuarded(const char* file, int line) {
   try {
     throw;
-  } catch (unsigned long) {
-    throw kx::trace(file, line, nullptr);
+  } catch (unsigned long code) {
+    // The code caught is the code that goes on, whatever happened to the
+    // chain meanwhile: an error raised and dropped while unwinding (a
+    // destructor calling deleteError) must not change it, not even to 0.
+    if (tChain.code != code)
+      restartChain(code, file, line);
+    else
+      kx::trace(file, line, nullptr);
+    throw code;
   } catch (abi::__forced_unwind&) {
     throw;
   } catch (const std::exception& e) {
@@ -155,8 +174,8 @@ unsigned long reportTopLevel(const char* file, int line) {
   try {
     throw;
   } catch (unsigned long code) {
-    if (getErrorCode() == 0)
-      kx::error(ulForeignError, file, line, "Error code 0x%08lx", code & 0xffffffffUL);
+    if (tChain.code != code)
+      restartChain(code, file, line);
     else
       kx::trace(file, line, nullptr);
   } catch (abi::__forced_unwind&) {

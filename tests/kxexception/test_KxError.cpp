@@ -84,6 +84,53 @@ TEST_F(ErrorTest, ForeignExceptionsBecomeTheForeignCode) {
   EXPECT_EQ(kx::getErrorChain().back().text, "Unknown exception catched");
 }
 
+// A destructor that raises and drops an error of its own while the stack
+// unwinds (it ends with deleteError) must not change the code on its way up.
+struct TDropsAnError {
+  ~TDropsAnError() {
+    try {
+      KX_THROW(0xe5217044, "in a destructor");
+    } catch (unsigned long) {
+      kx::deleteError();
+    }
+  }
+};
+
+TEST_F(ErrorTest, GuardKeepsTheCodeItCaughtThroughEveryLevel) {
+  auto inner = [] {
+    KX_TRY {
+      TDropsAnError d;
+      KX_THROW(0xe3020002, "Can not open file x");
+    }
+    KX_CATCH
+  };
+  auto middle = [&] {
+    KX_TRY {
+      TDropsAnError d;
+      inner();
+    }
+    KX_CATCH
+  };
+  unsigned long c = 0;
+  try {
+    KX_TRY { middle(); }
+    KX_CATCH
+  } catch (unsigned long code) {
+    c = code;
+  }
+  EXPECT_EQ(c, 0xe3020002UL);
+  EXPECT_EQ(kx::getErrorCode(), 0xe3020002UL);
+  EXPECT_FALSE(kx::getErrorChain().empty());
+
+  NoticeRecorder rec;
+  try {
+    TDropsAnError d;
+    KX_THROW(0xe7520081, "x");
+  } KX_CATCH_TOP
+  ASSERT_EQ(rec.texts.size(), 1u);
+  EXPECT_EQ(rec.texts[0].rfind("0xe7520081\n", 0), 0u) << rec.texts[0];
+}
+
 TEST_F(ErrorTest, TopLevelShowsTheChainAndDeletesIt) {
   NoticeRecorder rec;
   auto tmp = std::filesystem::temp_directory_path() / "kx_errfile_test.txt";
