@@ -10,6 +10,9 @@
 
 #include <hdf5.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -212,5 +215,26 @@ inline void aiterate(hid_t loc, H5A_operator2_t op, void* data) {
 // layout (offsets, element size, array shapes) stays, so a record with holes
 // keeps its holes. The caller owns the result.
 hid_t memTypeOf(hid_t fileType);
+
+// What a writer of FILE* streams writes, as one text (reports are written
+// through this and then saved whole).
+template <class F>
+std::string sCaptureStream(F write) {
+  char* buf = nullptr;
+  std::size_t size = 0;
+  FILE* out = ::open_memstream(&buf, &size);
+  if (!out) throw std::bad_alloc();
+  try {
+    write(out);
+  } catch (...) {
+    std::fclose(out);
+    std::free(buf);
+    throw;
+  }
+  std::fclose(out);
+  std::string text(buf ? buf : "", size);
+  std::free(buf);
+  return text;
+}
 
 }  // namespace kx::h5

@@ -1,3 +1,4 @@
+#include "platform/AtomicFile.h"
 #include "HDF5/TH5Database.h"
 
 #include <strings.h>
@@ -154,15 +155,13 @@ void TH5Database::vReport(FILE* out) const {
 void TH5Database::vReport(const char* fileName) const {
   KX_TRY {
     if (!fileName || !*fileName) return vReport(stdout);
-    FILE* out = std::fopen(slashes(fileName).c_str(), "w");
-    if (!out) KX_THROW(ulH5Database, sCannotCreate(), fileName);
-    try {
-      vReport(out);
-    } catch (...) {
-      std::fclose(out);
-      throw;
+    const std::string text = kx::h5::sCaptureStream([this](FILE* out) { vReport(out); });
+    std::string why;
+    if (!kx::platform::writeFileAtomic(slashes(fileName), text, &why)) {
+      const unsigned long code = KX_ERROR(ulH5Database, sCannotCreate(), fileName);
+      kx::trace(KX_FILE, __LINE__, "%s", why.c_str());
+      throw code;
     }
-    std::fclose(out);
   }
   KX_CATCH
 }

@@ -1,3 +1,4 @@
+#include "platform/AtomicFile.h"
 #include "HDF5/TH5Type.h"
 
 #include <strings.h>
@@ -225,15 +226,16 @@ void TH5Compound::vWriteFile(FILE* out) const {
 
 void TH5Compound::vWriteFile(const char* fileName) const {
   KX_TRY {
-    FILE* out = std::fopen(fileName ? fileName : "", "w");
-    if (!out) KX_THROW(ulH5Database, sCannotCreate(), fileName ? fileName : "");
-    try {
-      vWriteFile(out);
-    } catch (...) {
-      std::fclose(out);
-      throw;
+    std::string path = fileName ? fileName : "";
+    for (auto& c : path)
+      if (c == '\\') c = '/';
+    const std::string text = kx::h5::sCaptureStream([this](FILE* out) { vWriteFile(out); });
+    std::string why;
+    if (path.empty() || !kx::platform::writeFileAtomic(path, text, &why)) {
+      const unsigned long code = KX_ERROR(ulH5Database, sCannotCreate(), path.c_str());
+      kx::trace(KX_FILE, __LINE__, "%s", why.c_str());
+      throw code;
     }
-    if (std::fclose(out) != 0) KX_THROW(ulH5Database, sCannotCreate(), fileName);
   }
   KX_CATCH
 }

@@ -1,3 +1,4 @@
+#include "platform/AtomicFile.h"
 #include "file98/TKxMemIniFile.h"
 
 #include <sys/stat.h>
@@ -107,15 +108,10 @@ void TKxMemIniFile::vOverwriteFile(const char* fileName) {
     const std::string target = fileName ? kx::sToSlash(fileName) : fileName_;
     if (target.empty()) KX_THROW(kx::file98::ulIniWrite, "Ini file without a name");
     const std::string text = sWriteToString();
-    std::FILE* f = std::fopen(target.c_str(), "wb");
-    if (!f) {
-      const int err = errno;
-      KX_THROW(kx::file98::ulIniWrite, "%s: %s", target.c_str(), std::strerror(err));
-    }
-    const bool written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
-    const int err = errno;
-    if (std::fclose(f) != 0 || !written)
-      KX_THROW(kx::file98::ulIniWrite, "%s: %s", target.c_str(), std::strerror(written ? errno : err));
+    // Saved beside and renamed over: a failed save leaves the old file whole,
+    // and the unsaved settings stay here, still marked as changed.
+    std::string why;
+    if (!kx::platform::writeFileAtomic(target, text, &why)) KX_THROW(kx::file98::ulIniWrite, "%s", why.c_str());
     if (target == fileName_) changed_ = false;
   }
   KX_CATCH

@@ -52,9 +52,13 @@ struct TKxStdIniFile::TShared {
   TKxMemIniFile mem;
   TFileSig sig;
   bool loaded = false;
+  int batches = 0;  // open TBatch scopes: changes wait for the last to end
 
   // Under the lock: reads the file when it is new to us or changed on disk.
+  // Content not yet saved (a failed write, an open batch) is never replaced
+  // by what the disk holds.
   void vRefresh() {
+    if (loaded && mem.bIsChanged()) return;
     const TFileSig now = sigOf(path);
     if (loaded && now == sig) return;
     mem.vReadFromIniFile(path.c_str());
@@ -63,7 +67,7 @@ struct TKxStdIniFile::TShared {
   }
   // Under the lock: writes the content back if it changed.
   void vWriteBack() {
-    if (!mem.bIsChanged()) return;
+    if (batches > 0 || !mem.bIsChanged()) return;
     mem.vOverwriteFile(path.c_str());
     sig = sigOf(path);
   }
@@ -110,6 +114,28 @@ TKxStdIniFile::TKxStdIniFile(const TIniFilename& name) : name_(name) {
 }
 
 TKxStdIniFile::~TKxStdIniFile() = default;
+
+TKxStdIniFile::TBatch::TBatch(TKxStdIniFile& ini) : shared_(ini.shared_) {
+  std::lock_guard lock(shared_->m);
+  ++shared_->batches;
+}
+
+TKxStdIniFile::TBatch::~TBatch() {
+  try {
+    vEnd();
+  } catch (unsigned long) {
+    // The changes stay in memory and go out with the next write; the error
+    // chain of the failed write is kept for the caller's handler.
+  }
+}
+
+void TKxStdIniFile::TBatch::vEnd() {
+  if (!shared_) return;
+  const std::shared_ptr<TShared> s = std::move(shared_);
+  std::lock_guard lock(s->m);
+  --s->batches;
+  s->vWriteBack();
+}
 
 TKxMemIniFile TKxStdIniFile::mGetContent() {
   return reading(*shared_, [](TKxMemIniFile& m) { return m; });

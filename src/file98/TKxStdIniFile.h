@@ -7,8 +7,9 @@
 // again whenever it has changed on disk; every operation that changes the
 // content writes the file back at once (an operation that changes nothing
 // writes nothing, and reading never creates the file). A write that fails
-// raises kx::file98::ulIniWrite; the change stays in memory and goes out with
-// the next successful write.
+// raises kx::file98::ulIniWrite; the old file stays whole (the content is
+// saved beside it and renamed over it), the change stays in memory and goes
+// out with the next successful write. Many changes in a row: TBatch.
 //
 // Thread safe: operations on one file are serialised.
 //
@@ -52,6 +53,23 @@ class TKxStdIniFile : public TKxIniFile {
   void vWriteString(const char* section, const char* key, const char* value) override;
 
   struct TShared;  // the content shared by all objects on one file
+
+  // Many changes, one write: while a batch on the file is open, changes stay
+  // in memory (read back at once through every object on the file); the end
+  // of the last open batch writes the file once. vEnd() raises a failed
+  // write; the destructor ends the batch quietly, keeping the changes in
+  // memory for the next write.
+  class TBatch {
+   public:
+    explicit TBatch(TKxStdIniFile& ini);
+    ~TBatch();
+    TBatch(const TBatch&) = delete;
+    TBatch& operator=(const TBatch&) = delete;
+    void vEnd();
+
+   private:
+    std::shared_ptr<TShared> shared_;
+  };
 
  private:
   TIniFilename name_;

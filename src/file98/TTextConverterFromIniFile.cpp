@@ -1,3 +1,4 @@
+#include "platform/AtomicFile.h"
 #include "file98/TTextConverterFromIniFile.h"
 
 #include <sys/stat.h>
@@ -100,15 +101,9 @@ void TTextConverterFromIniFile::vFilter(const char* source, const char* target, 
   KX_TRY {
     const std::string result = sFilter(readWhole(source), ini, dropEmptyLines);
     const std::string path = kx::sToSlash(target);
-    std::FILE* f = path.empty() ? nullptr : std::fopen(path.c_str(), "wb");
-    if (!f) KX_THROW(kx::file98::ulIniWrite, "%s: %s", path.c_str(), path.empty() ? "no name" : std::strerror(errno));
-    try {
-      writeAll(f, result, path.c_str());
-    } catch (...) {
-      std::fclose(f);
-      throw;
-    }
-    if (std::fclose(f) != 0) KX_THROW(kx::file98::ulIniWrite, "%s: %s", path.c_str(), std::strerror(errno));
+    if (path.empty()) KX_THROW(kx::file98::ulIniWrite, "%s: %s", path.c_str(), "no name");
+    std::string why;
+    if (!kx::platform::writeFileAtomic(path, result, &why)) KX_THROW(kx::file98::ulIniWrite, "%s", why.c_str());
   }
   KX_CATCH
 }

@@ -1,3 +1,4 @@
+#include "platform/AtomicFile.h"
 #include "object98/TRLCArray.h"
 
 #include <algorithm>
@@ -717,10 +718,12 @@ void TRLCArray::write(const char* file) const {
       }
     }
     const std::string path = systemPath(file);
-    FilePtr f(std::fopen(path.c_str(), "wb"));
-    if (!f) KX_THROW(ulErrRLCWrite, sCannotWrite(), path.c_str());
-    const bool ok = std::fwrite(text.data(), 1, text.size(), f.get()) == text.size();
-    if (std::fclose(f.release()) != 0 || !ok) KX_THROW(ulErrRLCWrite, sCannotWrite(), path.c_str());
+    std::string why;
+    if (!kx::platform::writeFileAtomic(path, text, &why)) {
+      const unsigned long code = KX_ERROR(ulErrRLCWrite, sCannotWrite(), path.c_str());
+      kx::trace(KX_FILE, __LINE__, "%s", why.c_str());
+      throw code;
+    }
   }
   KX_CATCH
 }

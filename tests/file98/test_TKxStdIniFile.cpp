@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -130,3 +133,48 @@ TEST(StdIni, DirectoryOrNoNameIsNoFile) {
 }
 
 }  // namespace
+
+// A save that fails on the way (here: over the file-size limit) leaves the old
+// file whole on disk and the unsaved setting in memory; a later read of the
+// unchanged file does not load the old text over it.
+TEST(StdIni, FailedSaveNeverLosesTheFile) {
+  TempDir t;
+  const std::string path = t / "keep.ini";
+  {
+    TKxStdIniFile ini{TIniFilename(path.c_str())};
+    ini.vWriteString("s", "a", "1");
+  }
+  const std::string before = readFile(t / "keep.ini");
+  TKxStdIniFile ini{TIniFilename(path.c_str())};
+  struct rlimit old{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+  auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  struct rlimit small = old;
+  small.rlim_cur = before.size() + 4;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::string why = expectCode(0xe301301bUL, [&] { ini.vWriteString("s", "b", std::string(200, 'x').c_str()); });
+  ::setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_NE(why.find("File too large"), std::string::npos) << why;
+  EXPECT_EQ(readFile(t / "keep.ini"), before);
+  EXPECT_EQ(ini.sReadString("s", "b", "").size(), 200u);
+  EXPECT_EQ(ini.sReadString("s", "a", ""), "1");
+  ini.vFlush();
+  EXPECT_NE(readFile(t / "keep.ini").find(std::string(200, 'x')), std::string::npos);
+}
+
+TEST(StdIni, BatchWritesOnceAtItsEnd) {
+  TempDir t;
+  const std::string path = t / "batch.ini";
+  TKxStdIniFile ini{TIniFilename(path.c_str())};
+  {
+    TKxStdIniFile::TBatch batch(ini);
+    for (int k = 0; k < 1000; ++k) ini.vWriteInteger("S", ("k" + std::to_string(k)).c_str(), k);
+    EXPECT_FALSE(std::filesystem::exists(path));  // nothing written yet
+    TKxStdIniFile other{TIniFilename(path.c_str())};
+    EXPECT_EQ(other.iReadInteger("S", "k999", -1), 999);  // but read back at once
+  }
+  TKxMemIniFile back(path.c_str());
+  ASSERT_EQ(back.uGetSectionCount(), 1u);
+  EXPECT_EQ(back.uGetEntryCount(0), 1000u);
+}
