@@ -2,10 +2,16 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "HDF5/H5Api.h"
@@ -15,23 +21,56 @@
 using namespace kx::h5;
 
 namespace {
-// A new empty file in the temporary directory, in place of GetTempPathA and
-// GetTempFileNameA.
-std::string tempFileName() {
-  const char* dir = std::getenv("TMPDIR");
-  std::string pattern = std::string(dir && *dir ? dir : "/tmp") + "/kxh5XXXXXX";
+// A fresh name beside `name`, in the same directory, so that the finished
+// copy can be renamed over the original.
+std::string tempFileBeside(const std::string& name) {
+  const auto slash = name.find_last_of('/');
+  std::string pattern = (slash == std::string::npos ? std::string() : name.substr(0, slash + 1)) + ".kxh5XXXXXX";
   const int fd = ::mkstemp(pattern.data());
-  if (fd < 0) KX_THROW(ulH5Database, sCannotCreate(), pattern.c_str());
+  if (fd < 0) {
+    const int err = errno;
+    const unsigned long code = KX_ERROR(ulH5Database, sCannotCreate(), pattern.c_str());
+    kx::trace(KX_FILE, __LINE__, "%s", std::strerror(err));
+    throw code;
+  }
   ::close(fd);
   return pattern;
 }
 
-// Deletes a file unless another party holds it open, as the platform the
-// data bases come from does. A write lease is granted only while no other
-// descriptor of the file is open anywhere; where leases are not supported,
-// an exclusive lock (which HDF5 readers and writers hold shared or
-// exclusive) decides.
-bool deleteUnlessOpen(const std::string& name) {
+// Puts `temp` in the place of `name` unless another party holds `name` open,
+// as the platform the data bases come from refuses to delete an open file. A
+// write lease is granted only while no other descriptor of the file is open
+// anywhere; where leases are not supported, an exclusive lock (which HDF5
+// readers and writers hold shared or exclusive) decides. The copy takes the
+// original's mode, is flushed to the disk and renamed over it: the original
+// is never gone before its replacement is complete. Returns false when the
+// file is in use; raises when the rename fails (the original stays).
+// Refuses a compress that cannot fit: the copy needs about the live part of
+// the file, in the file's directory and under the process's file-size limit.
+// (The HDF5 library does not survive a write that fails inside its object
+// copy, so a full disk must be seen before the copy starts.)
+void checkRoomForCopy(const std::string& name, uint64_t deletedBytes) {
+  struct stat st{};
+  if (::stat(name.c_str(), &st) != 0) return;
+  const uint64_t size = static_cast<uint64_t>(st.st_size);
+  const uint64_t need = (size > deletedBytes ? size - deletedBytes : 0) + 64 * 1024;
+  const auto slash = name.find_last_of('/');
+  const std::string dir = slash == std::string::npos ? "." : (slash == 0 ? "/" : name.substr(0, slash));
+  struct statvfs vfs{};
+  struct rlimit lim{};
+  uint64_t room = UINT64_MAX;
+  if (::statvfs(dir.c_str(), &vfs) == 0) room = static_cast<uint64_t>(vfs.f_bavail) * vfs.f_frsize;
+  if (::getrlimit(RLIMIT_FSIZE, &lim) == 0 && lim.rlim_cur != RLIM_INFINITY)
+    room = std::min<uint64_t>(room, lim.rlim_cur);
+  if (room < need) {
+    const unsigned long code = KX_ERROR(ulH5Database, sCannotCreate(), name.c_str());
+    kx::trace(KX_FILE, __LINE__, "no room for the compressed copy: %llu bytes needed, %llu free",
+              static_cast<unsigned long long>(need), static_cast<unsigned long long>(room));
+    throw code;
+  }
+}
+
+bool replaceUnlessOpen(const std::string& temp, const std::string& name) {
   const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) return false;
   bool free = false;
@@ -41,9 +80,22 @@ bool deleteUnlessOpen(const std::string& name) {
   } else if (errno != EAGAIN && errno != EBUSY) {
     free = ::flock(fd, LOCK_EX | LOCK_NB) == 0;
   }
-  if (free) free = ::unlink(name.c_str()) == 0;
+  int err = 0;
+  if (free) {
+    struct stat st{};
+    const int tfd = ::open(temp.c_str(), O_RDONLY | O_CLOEXEC);
+    if (tfd < 0 || ::fstat(fd, &st) != 0 || ::fchmod(tfd, st.st_mode & 07777) != 0 || ::fsync(tfd) != 0 ||
+        ::rename(temp.c_str(), name.c_str()) != 0)
+      err = errno ? errno : EIO;
+    if (tfd >= 0) ::close(tfd);
+  }
   if (lease) ::fcntl(fd, F_SETLEASE, F_UNLCK);
   ::close(fd);
+  if (err != 0) {
+    const unsigned long code = KX_ERROR(ulH5Database, sCannotCreate(), name.c_str());
+    kx::trace(KX_FILE, __LINE__, "%s", std::strerror(err));
+    throw code;
+  }
   return free;
 }
 }  // namespace
@@ -136,7 +188,16 @@ unsigned long long TH5File::uGetObjectSize() const { return TH5Directory::uGetOb
 void TH5File::vCompress() {
   KX_TRY {
     _vCheckWritable();
-    const std::string temp = tempFileName();
+    // The copy is made beside the file and checked; only a complete copy
+    // is renamed over the original, so a full disk costs the copy, never
+    // the file.
+    uint64_t deleted = 0;
+    try {
+      deleted = std::stoull(bootblock_->sGetEntry("DeletedSize"));
+    } catch (const std::exception&) {
+    }
+    checkRoomForCopy(fileName_, deleted);
+    const std::string temp = tempFileBeside(fileName_);
     try {
       std::unique_ptr<TH5File> copy(new TH5File(temp, "12345678", false));
       copy->_vCreate();
@@ -144,6 +205,7 @@ void TH5File::vCompress() {
       *copy->bootblock_ = *bootblock_;
       copy->bootblock_->vNoDeletedObjects();
       copy->vClose();
+      if (!fisHdf5(temp.c_str())) KX_THROW(ulH5Database, sCannotCreate(), temp.c_str());
     } catch (...) {
       ::unlink(temp.c_str());
       throw;
@@ -152,15 +214,15 @@ void TH5File::vCompress() {
     // Handles held by callers stay valid, closed.
     for (auto* c : childs_) c->_vRetire();
     vClose();
-    if (!deleteUnlessOpen(fileName_)) {
+    bool replaced = false;
+    try {
+      replaced = replaceUnlessOpen(temp, fileName_);
+    } catch (...) {
       ::unlink(temp.c_str());
       _vOpen();
-      return;
+      throw;
     }
-    std::error_code ec;
-    std::filesystem::copy_file(temp, fileName_, std::filesystem::copy_options::overwrite_existing, ec);
-    ::unlink(temp.c_str());
-    if (ec) KX_THROW(ulH5Database, sCannotCreate(), fileName_.c_str());
+    if (!replaced) ::unlink(temp.c_str());
     _vOpen();
   }
   KX_CATCH

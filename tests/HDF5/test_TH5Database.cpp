@@ -1,4 +1,8 @@
 #include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
 #include <sys/wait.h>
 
 #include <vector>
@@ -13,6 +17,7 @@ using namespace kx::h5;
 class Database : public H5Test {
  protected:
   void compressBody();
+  void compressFailureBody();
 };
 
 TEST_F(Database, IsOneCountedInstance) {
@@ -289,4 +294,60 @@ void Database::compressBody() {
   g.vReadAttribute("/", "version", TH5Type::eSignedLong, 1, &version);
   EXPECT_EQ(version, 7);
   EXPECT_EQ(readBytes(name, 12), std::string("KXHDF5 1024", 11) + '\0');
+}
+
+// Compress on a full disk (the copy hits the file-size limit): the error goes
+// up, the original file is whole and open again; a good compress keeps the
+// file's mode.
+TEST_F(Database, CompressNeverDestroysTheFile) {
+  try {
+    compressFailureBody();
+  } catch (unsigned long) {
+    ADD_FAILURE() << kx::formatErrorChain();
+  }
+}
+void Database::compressFailureBody() {
+  const std::string name = path("full.h5");
+  TH5File* f = db->pCreateFile(name.c_str(), "F");
+  TH5General g(f, false);
+  std::vector<double> big(100000, 1.5), keep(50000, 3.0);
+  g.vCreate1(big.size(), TH5Type::eDouble, "/Big", false);
+  g.vWrite(big.data(), "/Big");
+  g.vCreate1(keep.size(), TH5Type::eDouble, "/Keep", false);
+  g.vWrite(keep.data(), "/Keep");
+  g.vDeleteObject("/Big");
+  f->vFlush();
+  ::chmod(name.c_str(), 0644);
+  const auto size = std::filesystem::file_size(name);
+
+  struct rlimit old{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+  auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  struct rlimit small = old;
+  small.rlim_cur = 64 * 1024;  // the copy needs about 400 kB
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  bool raised = false;
+  try {
+    f->vCompress();
+  } catch (unsigned long) {
+    raised = true;
+    kx::deleteError();
+  }
+  ::setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_TRUE(raised);
+  EXPECT_EQ(std::filesystem::file_size(name), size);
+  EXPECT_TRUE(f->bIsOpen());
+  std::vector<double> back(keep.size());
+  g.vRead("/Keep", back.data());
+  EXPECT_EQ(back, keep);
+  size_t entries = 0;
+  for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(dir)) ++entries;
+  EXPECT_EQ(entries, 1u) << "no copy left behind";
+
+  f->vCompress();
+  EXPECT_LT(std::filesystem::file_size(name), size);
+  EXPECT_EQ(std::filesystem::status(name).permissions() & std::filesystem::perms::all, std::filesystem::perms(0644));
+  g.vRead("/Keep", back.data());
+  EXPECT_EQ(back, keep);
 }
