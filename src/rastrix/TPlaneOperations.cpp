@@ -367,10 +367,16 @@ void TPlane<T>::insert(const TPlane& src, int l1, int l2, int c1, int c2, int to
     proofArea(toLine, endOf(toLine, l2 - l1), toColumn, endOf(toColumn, c2 - c1));
     const std::size_t bytes = width(c1, c2) * sizeof(T);
     lock();
-    // A view and its source may overlap; memmove keeps each line whole, the
-    // order of the lines is not adapted to the overlap.
-    for (int i = 0; i <= l2 - l1; ++i)
+    // A view and its source may overlap: memmove keeps each line whole, and
+    // when the target lies further on in the shared memory the lines go from
+    // the last, so that no source line is overwritten before it is read.
+    const int n = l2 - l1;
+    const bool backwards = reinterpret_cast<std::uintptr_t>(ppRows[toLine] + toColumn) >
+                           reinterpret_cast<std::uintptr_t>(src.ppRows[l1] + c1);
+    for (int k = 0; k <= n; ++k) {
+      const int i = backwards ? n - k : k;
       std::memmove(static_cast<void*>(ppRows[toLine + i] + toColumn), src.ppRows[l1 + i] + c1, bytes);
+    }
     unlock();
     pixelsWritten(*this);
   }
@@ -461,11 +467,12 @@ void TPlane<T>::scaleDown(const TPlane& src, int iY, int iX, bool alloc) {
     const int lines = src.iLines / iY;
     const int columns = src.iColumns / iX;
 
-    // Shrinking a plane into itself with reallocation reads from a copy.
+    // Reallocation frees this plane's block: a source that lives in it (the
+    // plane itself, or a view of it) is read from a copy.
     std::unique_ptr<TPlane> copy;
     const TPlane* s = &src;
     if (alloc && (lines != iLines || columns != iColumns)) {
-      if (&src == this) {
+      if (&src == this || (bValid && !bExtern && src.bValid && src.pMemory == pMemory)) {
         copy = std::make_unique<TPlane>(src);
         s = copy.get();
       }

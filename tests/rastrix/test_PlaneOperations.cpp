@@ -805,3 +805,53 @@ TEST(PlaneOpsLock, WritersWaitForTheLockOperatorsAndReadersDoNot) {
 }
 
 }  // namespace
+
+// Sources that live in the destination's own memory: a view of the
+// destination, or the destination's parent.
+TYPED_TEST(PlaneOps, SourcesInTheDestinationsMemory) {
+  using T = TypeParam;
+  // scaleDown from a view of this plane, with reallocation: the view's pixels
+  // are read before the block they live in is released.
+  TPlane<T> dst(8, 8, 2, -1, 8);
+  fill(dst, 21);
+  TPlane<T> view;
+  view.beSubPicture(dst, CRectangle(4, 7, 1, 6));
+  TPlane<T> reference;
+  reference.scaleDown(view, 2, 3, true);
+  dst.scaleDown(view, 2, 3, true);
+  Model<T> mr = modelOf(reference);
+  EXPECT_TRUE(equals(dst, mr));
+
+  // A view shrinking its parent into itself: the parent stays whole.
+  TPlane<T> parent(6, 6);
+  fill(parent, 22);
+  TPlane<T> part;
+  part.beSubPicture(parent, CRectangle(0, 3, 0, 3));
+  TPlane<T> expectedPart;
+  expectedPart.scaleDown(parent, 3, 3, true);
+  part.scaleDown(parent, 3, 3, true);
+  Model<T> mp = modelOf(expectedPart);
+  EXPECT_TRUE(equals(part, mp));
+
+  // insert from a view of the same block that lies above and left of the
+  // target: every line is the source's line as it was before the copy.
+  TPlane<T> pic(9, 7);
+  fill(pic, 23);
+  Model<T> before = modelOf(pic);
+  TPlane<T> upper;
+  upper.beSubPicture(pic, CRectangle(0, 5, 0, 4));
+  pic.insert(upper, 0, 5, 0, 4, 2, 1);
+  Model<T> m = before;
+  for (int l = 0; l <= 5; ++l)
+    for (int c = 0; c <= 4; ++c) m.at(l + 2, c + 1) = before.at(l, c);
+  EXPECT_TRUE(equals(pic, m));
+  // and the other way, target above the source
+  TPlane<T> lower;
+  lower.beSubPicture(pic, CRectangle(3, 8, 2, 6));
+  Model<T> mid = modelOf(pic);
+  pic.insert(lower, 3, 8, 2, 6, 0, 0);
+  Model<T> m2 = mid;
+  for (int l = 0; l <= 5; ++l)
+    for (int c = 0; c <= 4; ++c) m2.at(l, c) = mid.at(l + 3, c + 2);
+  EXPECT_TRUE(equals(pic, m2));
+}
