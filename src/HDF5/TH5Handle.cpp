@@ -194,10 +194,17 @@ std::string TH5Handle::_sFindMember(const char* name) const {
 
 void TH5Handle::_vMemberAdded(const std::string& name) {
   if (names_) names_->vAdd(name);
+  if (TH5Handle* root = pGetFile()) root->_vForgetNamesOfOthers(this);
 }
 
 void TH5Handle::_vMemberRemoved(const std::string& name) {
   if (names_) names_->vRemove(name);
+  if (TH5Handle* root = pGetFile()) root->_vForgetNamesOfOthers(this);
+}
+
+void TH5Handle::_vForgetNamesOfOthers(const TH5Handle* keep) {
+  if (this != keep) names_.reset();
+  for (auto* c : childs_) c->_vForgetNamesOfOthers(keep);
 }
 
 std::string TH5Handle::_sFindAttr(const char* name) const {

@@ -155,6 +155,10 @@ class TH5Handle {
   // through this handle.
   void _vMemberAdded(const std::string& name);
   void _vMemberRemoved(const std::string& name);
+  // Drops the member names kept by every directory handle of the file but
+  // `keep`: a group reached by two names (a soft link and its target) has a
+  // handle for each, and a change through one must be seen through the other.
+  void _vForgetNamesOfOthers(const TH5Handle* keep);
   // An open child that is a member (or an attribute) of this name.
   TH5Handle* _pFindOpenChild(const std::string& name, bool attribute) const;
   template <class T>

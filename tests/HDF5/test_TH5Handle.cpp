@@ -141,3 +141,30 @@ TEST_F(Handle, ExtendibleDataGrows) {
   file->vOpenChilds(true);
   EXPECT_EQ(file->pOpenChild("log"), d) << "an open handle is found again, not opened twice";
 }
+
+// A group reached through a soft link and through its own name: what is made
+// through one name is found through the other, and making it again through
+// the other is the ordinary "in the way" error.
+TEST_F(Handle, SoftLinkedGroupIsOneGroup) {
+  guarded([&] {
+    TH5General g(file, false);
+    std::vector<double> v = {4, 5};
+    g.vCreate1(2, TH5Type::eDouble, "/A/Before", false);
+    TH5Directory* a = file->pOpenDir("A");
+    EXPECT_TRUE(a->bExistChild("Before"));  // the names of /A are read now
+    file->pCreateLink("/A", "L");
+    g.vCreate1(2, TH5Type::eDouble, "/L/X", false);
+    g.vWrite(v.data(), "/L/X");
+    EXPECT_TRUE(a->bExistChild("X"));
+    EXPECT_TRUE(g.bExistObject("/A/X"));
+    std::vector<double> back(2);
+    g.vRead("/A/X", back.data());
+    EXPECT_EQ(back, v);
+    g.vCreate1(2, TH5Type::eDouble, "/A/X", false);  // the same data set: it stays
+    g.vRead("/L/X", back.data());
+    EXPECT_EQ(back, v);
+    expectError(ulH5ObjectInTheWay, "", [&] { g.vCreate1(3, TH5Type::eDouble, "/A/X", false); });
+    g.vDeleteObject("/A/X");
+    EXPECT_FALSE(g.bExistObject("/L/X"));
+  });
+}
