@@ -18,4 +18,11 @@ if [ "${KX_NO_SANITIZE:-0}" != "1" ]; then
   (cd build-san && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
       ctest --output-on-failure --no-tests=error -j "$jobs" -LE nosan)
 fi
+if [ "${KX_NO_SANITIZE:-0}" != "1" ]; then
+  # What threads share, under ThreadSanitizer: only the thread tests are built.
+  cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKX_TSAN=ON -DBUILD_TESTING=ON \
+        -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g" >/dev/null
+  cmake --build build-tsan -j "$jobs" --target test_rastrix
+  (cd build-tsan && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure --no-tests=error -L tsan)
+fi
 echo "test.sh: all passes green"

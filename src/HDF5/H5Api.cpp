@@ -6,7 +6,13 @@
 
 namespace kx::h5 {
 
+std::recursive_mutex& libraryMutex() {
+  static auto* const m = new std::recursive_mutex;  // never destroyed: handles may close at exit
+  return *m;
+}
+
 void vSilenceLibrary() {
+  KX_H5_LOCK;
   // Serial HDF5 keeps one automatic error handler for the process.
   H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
 }
@@ -26,6 +32,7 @@ herr_t collectError(unsigned n, const H5E_error2_t* e, void* data) {
 }  // namespace
 
 std::string sTakeErrorStack() {
+  KX_H5_LOCK;
   std::string text;
   H5Ewalk2(H5E_DEFAULT, H5E_WALK_DOWNWARD, collectError, &text);
   H5Eclear2(H5E_DEFAULT);
@@ -34,11 +41,13 @@ std::string sTakeErrorStack() {
 }
 
 void vRaise(const char* call, unsigned long code) {
+  KX_H5_LOCK;
   const std::string stack = sTakeErrorStack();
   KX_THROW(code, "%s failed: %s", call, stack.c_str());
 }
 
 void vCloseQuiet(hid_t id) noexcept {
+  KX_H5_LOCK;
   if (id < 0) return;
   herr_t r = 0;
   switch (H5Iget_type(id)) {
@@ -55,6 +64,7 @@ void vCloseQuiet(hid_t id) noexcept {
 }
 
 std::string lgetSoftTarget(hid_t loc, const char* name) {
+  KX_H5_LOCK;
   H5L_info_t info;
   check(H5Lget_info(loc, name, &info, H5P_DEFAULT), "H5Lget_info");
   if (info.type != H5L_TYPE_SOFT) return {};
@@ -65,6 +75,7 @@ std::string lgetSoftTarget(hid_t loc, const char* name) {
 }
 
 unsigned ogetRefCount(hid_t obj) {
+  KX_H5_LOCK;
   H5O_info_t info;
 #if H5_VERSION_GE(1, 12, 0)
   check(H5Oget_info3(obj, &info, H5O_INFO_BASIC), "H5Oget_info3");
@@ -75,6 +86,7 @@ unsigned ogetRefCount(hid_t obj) {
 }
 
 std::string ogetComment(hid_t obj) {
+  KX_H5_LOCK;
   const ssize_t n = check(H5Oget_comment(obj, nullptr, 0), "H5Oget_comment");
   if (n <= 0) return {};
   std::string text(static_cast<size_t>(n) + 1, '\0');
@@ -84,6 +96,7 @@ std::string ogetComment(hid_t obj) {
 }
 
 std::string tmemberName(hid_t t, unsigned i) {
+  KX_H5_LOCK;
   char* p = H5Tget_member_name(t, i);
   if (!p) vRaise("H5Tget_member_name");
   std::string name = p;
@@ -92,6 +105,7 @@ std::string tmemberName(hid_t t, unsigned i) {
 }
 
 hid_t memTypeOf(hid_t fileType) {
+  KX_H5_LOCK;
   switch (tgetClass(fileType)) {
     case H5T_INTEGER:
     case H5T_FLOAT: return tnative(fileType);

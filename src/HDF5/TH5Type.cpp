@@ -116,12 +116,12 @@ TH5Type::TDataTyp TH5Type::eGetTyp() const {
   KX_CATCH
 }
 
-unsigned long long TH5Type::uGetObjectSize() const { return id_ >= 0 ? H5Tget_size(id_) : 0; }
+unsigned long long TH5Type::uGetObjectSize() const { return id_ >= 0 ? kx::h5::tgetSize(id_) : 0; }
 
 void TH5Type::_vReport(FILE* out, int indent) const {
   if (!bIsOpen()) return TH5Handle::_vReport(out, indent);
   std::fprintf(out, "%*s%s %s size %zu%s\n", indent, "", cpGetObjectTypName(), name_.empty() ? "-" : name_.c_str(),
-               H5Tget_size(id_), bIsAtomic() ? (std::string(" ") + cpGetTypName(eGetTyp())).c_str() : "");
+               kx::h5::tgetSize(id_), bIsAtomic() ? (std::string(" ") + cpGetTypName(eGetTyp())).c_str() : "");
 }
 
 // --- TH5Compound

@@ -3,5 +3,5 @@
 #include "platform/Clock.h"
 
 namespace Process {
-void TTimeStamp::set() { count_ = kx::platform::monotonicNs(); }
+void TTimeStamp::set() { store(kx::platform::monotonicNs()); }
 }  // namespace Process

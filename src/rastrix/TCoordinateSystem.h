@@ -29,6 +29,7 @@
 // that loads pictures.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -208,7 +209,7 @@ class TCoordinateSystem {
   static bool _bReadValue(const char* text, const char* key, bool& value);
 
   ETypOfKS eTyp = eKSDefault;
-  int iUser = 0;
+  std::atomic<int> iUser{0};  // planes of any thread count themselves
   std::string sName = "Default";
   std::string sNameX = "X";
   std::string sUnitX = "Pixel";

@@ -1,6 +1,7 @@
 #include "rastrix/TPlaneBasic.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "kxexception/KxError.h"
 #include "platform/Clock.h"
@@ -17,6 +18,12 @@ std::vector<TPlaneBasic*>& instances() {
   // Never destroyed: planes with static storage may die after it would.
   static auto* const v = new std::vector<TPlaneBasic*>;
   return *v;
+}
+// Planes are made and destroyed on any thread (the capture thread of live
+// view makes its own): the list is kept under this mutex.
+std::mutex& instancesMutex() {
+  static auto* const m = new std::mutex;
+  return *m;
 }
 const std::string sEmpty;
 }  // namespace
@@ -154,10 +161,9 @@ void TPlaneBasic::TCommon::vSetDateTime(const TDateTime* p) {
 }
 
 void TPlaneBasic::TCommon::lock() {
-  // Test and set are two plain steps, as the lock has always been; it only
-  // keeps a writer of whole regions away from a capture in progress.
-  while (bLock.load(std::memory_order_acquire)) kx::platform::sleepMs(1);
-  bLock.store(true, std::memory_order_release);
+  // One atomic test-and-set: of two threads waiting for the flag only one
+  // takes it. Polling, and not nesting, as the lock has always been.
+  while (bLock.exchange(true, std::memory_order_acquire)) kx::platform::sleepMs(1);
 }
 
 void TPlaneBasic::TCommon::unlock() {
@@ -168,7 +174,10 @@ void TPlaneBasic::TCommon::unlock() {
 // ------------------------------------------------------------ TPlaneBasic
 
 TPlaneBasic::TPlaneBasic() : TDelivery(), pCommon(&ownCommon), pKlassifikator(pGetDefaultPixelKlassifikator()) {
-  instances().push_back(this);
+  {
+    std::lock_guard lock(instancesMutex());
+    instances().push_back(this);
+  }
   vConnectSender(pCommon);
   TPlaneBasic::attrib2Zero();
   bSendMessage = true;
@@ -192,6 +201,7 @@ TPlaneBasic::~TPlaneBasic() {
   // A view whose source died already is no longer listed by the dead common:
   // bIsSender compares pointers only and never touches it.
   if (pCommon != &ownCommon && bIsSender(pCommon)) vDisconnectSender(pCommon);
+  std::lock_guard lock(instancesMutex());
   auto& v = instances();
   auto it = std::find(v.begin(), v.end(), this);
   if (it != v.end()) v.erase(it);
@@ -337,9 +347,13 @@ TRGBFloatPixel TPlaneBasic::max(const TRGBFloatPixel& a, const TRGBFloatPixel& b
   return byComponent(a, b, [](auto x, auto y) { return max(x, y); });
 }
 
-const std::vector<TPlaneBasic*>& TPlaneBasic::vpInstances() { return instances(); }
+std::vector<TPlaneBasic*> TPlaneBasic::vpInstances() {
+  std::lock_guard lock(instancesMutex());
+  return instances();
+}
 
 bool TPlaneBasic::bIsValid(const TPlaneBasic* p) {
+  std::lock_guard lock(instancesMutex());
   const auto& v = instances();
   return p && std::find(v.begin(), v.end(), p) != v.end();
 }

@@ -27,8 +27,11 @@
 //
 // Threads. Nothing is locked except the pixels, by the polling flag lock() of
 // the common, which writers of whole regions take and which does NOT nest: a
-// second lock() from the same thread waits for ever. vpInstances and message
-// delivery are not protected: create, connect and destroy on one thread.
+// second lock() from the same thread waits for ever. Planes may be created
+// and destroyed on any thread: the instance list (vpInstances, a snapshot)
+// and the user counts of coordinate systems are safe for that. Messages are
+// delivered on the thread that causes them, so a plane and the objects
+// connected to it belong to one thread at a time.
 #pragma once
 
 #include <atomic>
@@ -269,7 +272,7 @@ class TPlaneBasic : public TDelivery {
   void* vpCreateCOLOR_HANDLE() const;
 
   // Every living plane, in order of creation. Not locked.
-  static const std::vector<TPlaneBasic*>& vpInstances();
+  static std::vector<TPlaneBasic*> vpInstances();
   // Whether `p` is a living plane (linear search).
   static bool bIsValid(const TPlaneBasic* p);
 
