@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kxexception/KxError.h"
+#include "platform/CLocale.h"
 #include "rastrix/RastrixErrors.h"
 
 namespace Rastrix {
@@ -18,6 +19,7 @@ const char* cpReadPixelWord(const char* text, double* value) {
   std::string word(p, end);
   const std::size_t comma = word.find(',');
   if (comma != std::string::npos) word[comma] = '.';
+  const kx::platform::CNumericScope cLocale;
   if (std::sscanf(word.c_str(), "%le", value) != 1) KX_THROW0(Err::PixelTokenUnreadable);
   return end;
 }
@@ -40,6 +42,7 @@ void TPixelTraits<unsigned short>::pixel2Str(const unsigned short& p, char* out)
 }
 void TPixelTraits<int>::pixel2Str(const int& p, char* out) { std::snprintf(out, iPixelStrSize, "%d", p); }
 void TPixelTraits<float>::pixel2Str(const float& p, char* out) {
+  const kx::platform::CNumericScope cLocale;
   std::snprintf(out, iPixelStrSize, "%e", static_cast<double>(p));
 }
 void TPixelTraits<TRGBPixel>::pixel2Str(const TRGBPixel& p, char* out) {
@@ -47,6 +50,7 @@ void TPixelTraits<TRGBPixel>::pixel2Str(const TRGBPixel& p, char* out) {
                 static_cast<unsigned>(p.r));
 }
 void TPixelTraits<TRGBFloatPixel>::pixel2Str(const TRGBFloatPixel& p, char* out) {
+  const kx::platform::CNumericScope cLocale;
   std::snprintf(out, iPixelStrSize, "%f\t%f\t%f", static_cast<double>(p.b), static_cast<double>(p.g),
                 static_cast<double>(p.r));
 }

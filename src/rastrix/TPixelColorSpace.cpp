@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "kxexception/KxError.h"
+#include "platform/CLocale.h"
 #include "rastrix/RastrixErrors.h"
 
 namespace Rastrix {
@@ -335,6 +336,7 @@ void TPixelColorSpace::vSetReference(const TRGBFloatPixel& p, unsigned flag) {
 }
 
 void TPixelColorSpace::vWriteToString(char* out) const {
+  const kx::platform::CNumericScope cLocale;
   std::snprintf(out, 128, "%u,%u,%u,%u,%u,%.4e,%.4e,%.4e\r\n", uVersion, uFrom, uTo, uWork, bRefSet ? 1u : 0u,
                 static_cast<double>(refXYZ.r), static_cast<double>(refXYZ.g), static_cast<double>(refXYZ.b));
 }
@@ -343,6 +345,7 @@ void TPixelColorSpace::vReadFromString(const char* text) {
   KX_TRY {
     unsigned version = 0, from = 0, to = 0, work = 0, refSet = 0;
     float x = 0, y = 0, z = 0;
+    const kx::platform::CNumericScope cLocale;
     const int n = text ? std::sscanf(text, "%u,%u,%u,%u,%u,%e,%e,%e", &version, &from, &to, &work, &refSet, &x, &y, &z) : 0;
     if (n >= 1 && version != uVersion) KX_THROW(kx::ulForeignError, "wrong file version");
     if (n != 8) KX_THROW(kx::ulForeignError, "colour space text not readable");

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "kxexception/KxError.h"
+#include "platform/CLocale.h"
 #include "rastrix/RastrixErrors.h"
 #include "rastrix/RastrixTexts.h"
 
@@ -349,6 +350,7 @@ void TPlane<T>::vPixel2Str2(const T* p, char* out) const {
       TPixelColorSpace& cs = const_cast<TCommon*>(pGetpCommon())->rGetPixelColorSpace();
       cs.vSetCIE_RGB(cie);
       const TRGBFloatPixel& c = cs.rGetColor(cs.uGetToFlag());
+      const kx::platform::CNumericScope cLocale;
       std::snprintf(out, iPixelStrSize, "%f\t%f\t%f", static_cast<double>(c.r), static_cast<double>(c.g),
                     static_cast<double>(c.b));
     }

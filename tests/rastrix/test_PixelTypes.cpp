@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -9,6 +11,7 @@
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
 #include "rastrix/PixelTraits.h"
+#include "rastrix/TPixelColorSpace.h"
 #include "rastrix/RastrixErrors.h"
 #include "rastrix/TRGBPixel.h"
 #include "rastrix/TruncLow.h"
@@ -273,3 +276,39 @@ TEST(PixelText, MalformedInputRaisesWithoutText) {
 }
 
 }  // namespace
+
+// A host that sets a German locale still gets points in pixel texts and in
+// the colour space's text, and reads them back.
+TEST(PixelText, IndependentOfTheHostsLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "no German locale on this machine";
+  char probe[16];
+  std::snprintf(probe, sizeof probe, "%.1f", 1.5);
+  EXPECT_STREQ(probe, "1,5");  // the locale is in force
+  char out[Rastrix::iPixelStrSize];
+  Rastrix::TPixelTraits<float>::pixel2Str(1.5f, out);
+  EXPECT_STREQ(out, "1.500000e+00");
+  TRGBFloatPixel colour;
+  colour.set(0.25f, 0.5f, 2.0f);
+  Rastrix::TPixelTraits<TRGBFloatPixel>::pixel2Str(colour, out);
+  EXPECT_EQ(std::string(out).find(','), std::string::npos) << out;
+  float f = 0;
+  Rastrix::TPixelTraits<float>::str2Pixel("2.75", &f);
+  EXPECT_EQ(f, 2.75f);
+  Rastrix::TPixelColorSpace cs;
+  char text[256] = {};
+  cs.vWriteToString(text);
+  Rastrix::TPixelColorSpace back;
+  back.vReadFromString(text);
+  char again[256] = {};
+  back.vWriteToString(again);
+  std::setlocale(LC_ALL, before.c_str());
+  // The same texts under the C locale.
+  char cText[256] = {}, cAgain[256] = {};
+  cs.vWriteToString(cText);
+  Rastrix::TPixelColorSpace cBack;
+  cBack.vReadFromString(cText);
+  cBack.vWriteToString(cAgain);
+  EXPECT_STREQ(text, cText);
+  EXPECT_STREQ(again, cAgain);
+}
