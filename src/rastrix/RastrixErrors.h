@@ -12,6 +12,8 @@ inline constexpr unsigned long PixelTokenUnreadable = 0x03300000UL;  // no text
 // Planes
 inline constexpr unsigned long PlaneNotValid = 0xe7021004UL;
 inline constexpr unsigned long LineDistanceTooSmall = 0xe7121003UL;  // "_LineDistance=%d < _Columns=%d"
+// The last line or column of a plane would lie beyond the int range.
+inline constexpr unsigned long PlaneBeyondIntRange = 0xe71210c8UL;  // "FirstLine=%d Lines=%d"
 inline constexpr unsigned long InterlacedTooFewLines = 0xe7121005UL;
 inline constexpr unsigned long LineOutside = 0xe742101bUL;  // "Line=%d FirstLine=%d LastLine=%d"
 inline constexpr unsigned long AreaFirstLine = 0xe712101cUL;

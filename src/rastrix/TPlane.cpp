@@ -176,6 +176,11 @@ void TPlane<T>::alloc(int lines, int columns, int firstLine, int firstColumn, in
     if (lines < 1 || columns < 1) return;
     if (lineDistance < columns)
       KX_THROW(Err::LineDistanceTooSmall, "_LineDistance=%d < _Columns=%d", lineDistance, columns);
+    // Every line and column number of the plane must be an int.
+    if (static_cast<int64_t>(firstLine) + lines - 1 > INT32_MAX)
+      KX_THROW(Err::PlaneBeyondIntRange, "FirstLine=%d Lines=%d", firstLine, lines);
+    if (static_cast<int64_t>(firstColumn) + columns - 1 > INT32_MAX)
+      KX_THROW(Err::PlaneBeyondIntRange, "FirstColumn=%d Columns=%d", firstColumn, columns);
 
     iLines = lines;
     iColumns = columns;
@@ -274,14 +279,22 @@ void TPlane<T>::beSubPicture(const TPlane& source, const CRectangle& r) {
 
 template <class T>
 void TPlane<T>::moveBy(int dLines, int dColumns) {
+  KX_TRY { _vMoveTo(static_cast<int64_t>(iFirstLine) + dLines, static_cast<int64_t>(iFirstColumn) + dColumns); }
+  KX_CATCH
+}
+
+template <class T>
+void TPlane<T>::_vMoveTo(int64_t firstLine, int64_t firstColumn) {
   KX_TRY {
     if (!bValid) KX_THROW0(Err::PlaneNotValid);
+    _vCheckRange(firstLine, firstColumn);
+    const int64_t dColumns = firstColumn - iFirstColumn;
     const int64_t ld = iLineDistance;
     T** store = rowStore.get();
-    const int newFirstLine = iFirstLine + dLines;
+    const int newFirstLine = static_cast<int>(firstLine);
     if (!bExtern) {
       // The pixels stay; only their numbers change.
-      for (int i = 0; i < iLines; ++i) store[i] = shifted(store[i], -static_cast<int64_t>(dColumns));
+      for (int i = 0; i < iLines; ++i) store[i] = shifted(store[i], -dColumns);
     } else if (!bInterlaced) {
       // The memory's pixel (0, 0) stays: the window slides over the block.
       T* base = shifted(ppRows[iFirstLine], -static_cast<int64_t>(iFirstLine) * ld);
@@ -300,7 +313,7 @@ void TPlane<T>::moveBy(int dLines, int dColumns) {
       pMemory = baseEven;
     }
     iFirstLine = newFirstLine;
-    iFirstColumn += dColumns;
+    iFirstColumn = static_cast<int>(firstColumn);
     _vSetRows(store);
     if (!bInterlaced) pMemory = shifted(ppRows[iFirstLine], -static_cast<int64_t>(iFirstLine) * ld);
     setTimeStamp();
@@ -309,11 +322,20 @@ void TPlane<T>::moveBy(int dLines, int dColumns) {
   KX_CATCH
 }
 
+// Every line and column number of the plane, moved to these first numbers,
+// must be an int.
+template <class T>
+void TPlane<T>::_vCheckRange(int64_t firstLine, int64_t firstColumn) const {
+  if (firstLine < INT32_MIN || firstLine + iLines - 1 > INT32_MAX)
+    KX_THROW(Err::PlaneBeyondIntRange, "FirstLine=%lld Lines=%d", static_cast<long long>(firstLine), iLines);
+  if (firstColumn < INT32_MIN || firstColumn + iColumns - 1 > INT32_MAX)
+    KX_THROW(Err::PlaneBeyondIntRange, "FirstColumn=%lld Columns=%d", static_cast<long long>(firstColumn), iColumns);
+}
+
 template <class T>
 void TPlane<T>::moveTo(int firstLine, int firstColumn) {
   KX_TRY {
-    if (!bValid) KX_THROW0(Err::PlaneNotValid);
-    moveBy(firstLine - iFirstLine, firstColumn - iFirstColumn);
+    _vMoveTo(firstLine, firstColumn);
   }
   KX_CATCH
 }

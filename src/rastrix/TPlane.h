@@ -34,6 +34,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <type_traits>
 
@@ -82,6 +83,7 @@ class TPlane : public TPlaneBasic {
   //    and frees quietly.
   //  - lines < 1 or columns < 1: stays invalid, no error (alloc(0, 0) empties).
   //  - line distance < columns: 0xe7121003.
+  //  - a last line or column beyond the int range: 0xe71210c8.
   //  - Then the numbers are stored, memory and row table set up, the plane is
   //    valid, stamped, message 50. Memory exhaustion passes through (as
   //    0xe0000000) and leaves the numbers stored with the plane invalid.
@@ -109,7 +111,8 @@ class TPlane : public TPlaneBasic {
   // table), nothing else is.
   void beSubPicture(const TPlane& source, const CRectangle& r);
 
-  // Renumbers the plane (invalid: 0xe7021004); stamp, message 50.
+  // Renumbers the plane (invalid: 0xe7021004; numbers beyond the int range:
+  // 0xe71210c8); stamp, message 50.
   //  - own memory: pixels stay where they are, only their numbers change;
   //  - extern memory or a view: the memory's pixel (0, 0) stays fixed and the
   //    plane is a window sliding over it, so it shows other pixels; moving
@@ -262,6 +265,8 @@ class TPlane : public TPlaneBasic {
 
  private:
   [[noreturn]] void _vBadLine(int line) const;
+  void _vCheckRange(int64_t firstLine, int64_t firstColumn) const;
+  void _vMoveTo(int64_t firstLine, int64_t firstColumn);
   void _vSetRows(T** store);
 
   struct TAlignedFree {

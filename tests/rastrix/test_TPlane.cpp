@@ -184,6 +184,25 @@ TEST(PlaneAlloc, EmptySizeEmptiesSilentlyAndShortLineDistanceFails) {
   EXPECT_EQ(errorOf([&] { p[2]; }), std::make_pair(Err::LineOutside, std::string("Line=2 FirstLine=0 LastLine=1")));
 }
 
+// Line and column numbers stay ints: a plane whose last line or column would
+// lie beyond them is refused, at alloc and when moved.
+TEST(PlaneAlloc, NumbersBeyondTheIntRangeAreRefused) {
+  TPlane<float> p;
+  EXPECT_EQ(errorOf([&] { p.alloc(10, 4, INT_MAX - 5, 0, 4); }),
+            std::make_pair(0xe71210c8UL, std::string("FirstLine=2147483642 Lines=10")));
+  EXPECT_EQ(codeOf([&] { p.alloc(4, 10, 0, INT_MAX - 2, 10); }), 0xe71210c8UL);
+  EXPECT_FALSE(p.isValid());
+  p.alloc(4, 4, INT_MAX - 3, INT_MIN, 4);  // exactly up to the last int
+  ASSERT_TRUE(p.isValid());
+  EXPECT_EQ(p.getLastLine(), INT_MAX);
+  EXPECT_EQ(codeOf([&] { p.moveBy(1, 0); }), 0xe71210c8UL);
+  EXPECT_EQ(codeOf([&] { p.moveBy(0, -1); }), 0xe71210c8UL);
+  EXPECT_EQ(codeOf([&] { p.moveTo(INT_MAX, 0); }), 0xe71210c8UL);
+  EXPECT_EQ(p.getFirstLine(), INT_MAX - 3);  // unchanged
+  p.moveTo(INT_MIN, 0);
+  EXPECT_EQ(p.getFirstLine(), INT_MIN);
+}
+
 TEST(PlaneAlloc, HugeSizeFailsCleanly) {
   TPlane<TRGBFloatPixel> p(2, 2);
   // Beyond the address space: refused before asking for memory.
