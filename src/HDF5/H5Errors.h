@@ -50,6 +50,8 @@ inline constexpr TLS sKeyMissing("Schlüssel %s existiert nicht", "Key %s not ex
 inline constexpr TLS sHandleClosed("Objekt %s ist geschlossen", "Object %s is closed");
 inline constexpr TLS sOutOfRange("Bereich außerhalb des Datensatzes %s", "Range outside of dataset %s");
 inline constexpr TLS sBadArgument("Ungültiges Argument: %s", "Invalid argument: %s");
+inline constexpr TLS sBootblockFull("Bootblock der Datei %s (%d Bytes) zu klein für den Eintrag %s",
+                                    "Bootblock of file %s (%d bytes) too small for the entry %s");
 inline constexpr TLS sBootblockIo("Bootblock der Datei %s: %s", "Bootblock of file %s: %s");
 inline constexpr TLS sCannotDelete("Datei %s kann nicht gelöscht werden", "Can not delete file %s");
 

@@ -158,6 +158,19 @@ std::string TH5Bootblock::sImage() const {
   return image;
 }
 
+bool TH5Bootblock::_bFits() const {
+  // Magic and every entry, each with its null byte, and the closing empty
+  // string, within size - 2 (as sImage lays them out).
+  const size_t limit = size_ > 2 ? static_cast<size_t>(size_ - 2) : 0;
+  size_t pos = std::string(cpMagic).size() + 1 + std::to_string(size_).size() + 1;
+  if (pos + 1 > limit) return false;
+  for (const auto& [key, value] : entries_) {
+    pos += key.size() + 1 + value.size() + 1;
+    if (pos + 1 > limit) return false;
+  }
+  return true;
+}
+
 void TH5Bootblock::vWrite() const {
   KX_TRY {
     if (readOnly_ || size_ <= 0) return;
@@ -203,10 +216,15 @@ void TH5Bootblock::vSetEntry(const std::string& key, const std::string& value) {
     if (key.empty() || key.find('=') != std::string::npos || key.find('\0') != std::string::npos ||
         value.find('\0') != std::string::npos)
       KX_THROW(ulH5Database, sBadArgument(), key.c_str());
+    const auto before = entries_;
     if (auto* v = const_cast<std::string*>(_pFind(key)))
       *v = value;
     else
       entries_.emplace_back(key, value);
+    if (size_ > 0 && !_bFits()) {
+      entries_ = before;
+      KX_THROW(ulH5Database, sBootblockFull(), fileName_.c_str(), size_, key.c_str());
+    }
     vWrite();
   }
   KX_CATCH

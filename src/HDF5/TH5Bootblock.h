@@ -70,6 +70,7 @@ class TH5Bootblock {
   static std::string sNow();
 
  private:
+  bool _bFits() const;
   const std::string* _pFind(const std::string& key) const;
   std::string fileName_;
   int size_;

@@ -113,6 +113,14 @@ TEST_F(Bootblock, UnknownKeysStayAndTheBlockIsCutAtSizeLessTwo) {
     EXPECT_LE(used, 62u);
   }
   EXPECT_EQ(readBytes(name).substr(64), std::string(100, 'x')) << "nothing past the block is touched";
+
+  // An entry set by hand that does not fit is refused, and nothing changes.
+  TH5Bootblock b(name.c_str(), 64, false);
+  const std::string before = readBytes(name, 64);
+  expectError(kx::h5::ulH5Database, "Projekt",
+              [&] { b.vSetEntry("Projekt", std::string(40, 'p')); });
+  EXPECT_FALSE(b.bExistEntry("Projekt"));
+  EXPECT_EQ(readBytes(name, 64), before);
 }
 
 TEST_F(Bootblock, SizeIsZeroForShortOrForeignFiles) {
