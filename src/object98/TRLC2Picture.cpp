@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <type_traits>
 
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
@@ -69,44 +70,56 @@ void vSetRegion(const T& value, const TRLCArray& region, TPlane<T>* plane) {
 
 }  // namespace
 
+// The value text for a pixel of type T, with the type's range rules.
+template <class T>
+T valueOf(const char* text) {
+  const char* p = text;
+  if constexpr (std::is_same_v<T, float>) {
+    float v;
+    if (!bReadFloat(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
+    return v;
+  } else if constexpr (std::is_same_v<T, TRGBFloatPixel>) {
+    TRGBFloatPixel px;
+    if (!bReadFloat(p, px.r) || !bReadFloat(p, px.g) || !bReadFloat(p, px.b))
+      KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
+    return px;
+  } else if constexpr (std::is_same_v<T, TRGBPixel>) {
+    long long r, g, b;
+    if (!bReadInt(p, r) || !bReadInt(p, g) || !bReadInt(p, b)) KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
+    // Each up to 65535, then cut to eight bits; kept as it is.
+    TRGBPixel px;
+    px.r = static_cast<unsigned char>(llInRange(r, 0, 65535));
+    px.g = static_cast<unsigned char>(llInRange(g, 0, 65535));
+    px.b = static_cast<unsigned char>(llInRange(b, 0, 65535));
+    return px;
+  } else {
+    long long v;
+    if (!bReadInt(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
+    if constexpr (std::is_same_v<T, unsigned char>)
+      return static_cast<unsigned char>(llInRange(v, 0, 256));  // 256 passes and keeps its low bits (0); kept as it is
+    else if constexpr (std::is_same_v<T, unsigned short>)
+      return static_cast<unsigned short>(llInRange(v, 0, 65535));
+    else
+      return static_cast<int>(llInRange(v, INT_MIN, INT_MAX));
+  }
+}
+
 void TRLC2Picture::vSet(const char* value, const TRLCArray& region) {
   KX_TRY {
     const char* text = value ? value : "";
-    const char* p = text;
-    if (auto* q = dynamic_cast<TPlane<unsigned char>*>(pPlane)) {
-      long long v;
-      if (!bReadInt(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
-      // 256 passes the test and keeps its low eight bits (0); kept as it is.
-      vSet(static_cast<unsigned char>(llInRange(v, 0, 256)), region, q);
-    } else if (auto* q = dynamic_cast<TPlane<unsigned short>*>(pPlane)) {
-      long long v;
-      if (!bReadInt(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
-      vSet(static_cast<unsigned short>(llInRange(v, 0, 65535)), region, q);
-    } else if (auto* q = dynamic_cast<TPlane<int>*>(pPlane)) {
-      long long v;
-      if (!bReadInt(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
-      vSet(static_cast<int>(llInRange(v, INT_MIN, INT_MAX)), region, q);
-    } else if (auto* q = dynamic_cast<TPlane<float>*>(pPlane)) {
-      float v;
-      if (!bReadFloat(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
-      vSet(v, region, q);
-    } else if (auto* q = dynamic_cast<TPlane<TRGBPixel>*>(pPlane)) {
-      long long r, g, b;
-      if (!bReadInt(p, r) || !bReadInt(p, g) || !bReadInt(p, b)) KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
-      // Each up to 65535, then cut to eight bits; kept as it is.
-      TRGBPixel px;
-      px.r = static_cast<unsigned char>(llInRange(r, 0, 65535));
-      px.g = static_cast<unsigned char>(llInRange(g, 0, 65535));
-      px.b = static_cast<unsigned char>(llInRange(b, 0, 65535));
-      vSet(px, region, q);
-    } else if (auto* q = dynamic_cast<TPlane<TRGBFloatPixel>*>(pPlane)) {
-      TRGBFloatPixel px;
-      if (!bReadFloat(p, px.r) || !bReadFloat(p, px.g) || !bReadFloat(p, px.b))
-        KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
-      vSet(px, region, q);
-    } else {
+    // No plane, or one of no pixel type: the unknown type.
+    eComparePixelTyp e = eUC;
+    try {
+      if (!pPlane) throw 0UL;
+      e = pPlane->eGetPicturePT();
+    } catch (unsigned long) {
+      kx::deleteError();
       vThrowUnknownPixelTyp(-1);
     }
+    dispatchPixelTyp(e, [&](auto tag) {
+      using T = typename decltype(tag)::type;
+      vSet(valueOf<T>(text), region, static_cast<TPlane<T>*>(pPlane));
+    });
   }
   KX_CATCH
 }

@@ -138,6 +138,7 @@ class TPlane : public TPlaneBasic {
   // The pixel as a double (a colour pixel gives its luminance). Line as
   // operator[]; a column outside the plane raises 0xe712101f or 0xe7221020.
   double getDoublePixelLC(int line, int column) const override;
+  eComparePixelTyp eGetPicturePT() const override { return TTraits::ePixelTyp; }
   // Also releases the memory still held, so that it is never lost.
   void attrib2Zero() override;
 

@@ -265,15 +265,8 @@ void TPlaneBasic::proofArea(int l1, int l2, int c1, int c2) const {
   if (c1 > c2) KX_THROW(Err::AreaColumnsReversed, "_FirstColumn=%d > _LastColumn=%d", c1, c2);
 }
 
-eComparePixelTyp TPlaneBasic::eGetPicturePT() const {
-  if (dynamic_cast<const TPlane<unsigned char>*>(this)) return eUC;
-  if (dynamic_cast<const TPlane<unsigned short>*>(this)) return eUS;
-  if (dynamic_cast<const TPlane<float>*>(this)) return eF;
-  if (dynamic_cast<const TPlane<TRGBPixel>*>(this)) return eRGB;
-  if (dynamic_cast<const TPlane<TRGBFloatPixel>*>(this)) return eRGBF;
-  if (dynamic_cast<const TPlane<int>*>(this)) return eI;
-  KX_THROW0(Err::PixelTypNotIdentifiable);
-}
+// A bare TPlaneBasic has no pixel type; every TPlane<T> answers its own.
+eComparePixelTyp TPlaneBasic::eGetPicturePT() const { KX_THROW0(Err::PixelTypNotIdentifiable); }
 
 void TPlaneBasic::setValueRangeMSM(double min, double step, double max) {
   KX_TRY { pCommon->vSetValueRangeMSM(eGetPicturePT(), min, step, max); }

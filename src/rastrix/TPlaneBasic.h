@@ -185,7 +185,7 @@ class TPlaneBasic : public TDelivery {
   // (0xe7221020), c1 <= c2 (0xe7521021).
   void proofArea(int l1, int l2, int c1, int c2) const;
   // The pixel type of the actual class; a bare TPlaneBasic raises 0xe7021097.
-  eComparePixelTyp eGetPicturePT() const;
+  virtual eComparePixelTyp eGetPicturePT() const;
   bool bIsColorPic() const { return iGetValuesPerPixel() == 3; }
 
   // The range for this plane's pixel type (TCommon::vSetValueRangeMSM).
