@@ -3,12 +3,11 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <utility>
 
 #include "HDF5/H5Api.h"
 #include "kxexception/KxError.h"
-#include "platform/Clock.h"
+#include "kxexception/TSignatur.h"
 
 using namespace kx::h5;
 
@@ -17,23 +16,6 @@ std::string join(const std::vector<std::string>& parts, size_t count) {
   std::string s;
   for (size_t i = 0; i < count && i < parts.size(); ++i) s += "/" + parts[i];
   return s.empty() ? "/" : s;
-}
-
-// The text of a new signature: date and time, milliseconds, and the
-// monotonic counter modulo 1000000 ("%s%03u%06u", 23 characters).
-std::string newSignature() {
-  timespec ts{};
-  clock_gettime(CLOCK_REALTIME, &ts);
-  std::tm tm{};
-  localtime_r(&ts.tv_sec, &tm);
-  char date[32];
-  std::snprintf(date, sizeof date, "%04d%02d%02d%02d%02d%02d", (tm.tm_year + 1900) % 10000, tm.tm_mon + 1,
-                tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec);
-  const auto ms = static_cast<unsigned>(ts.tv_nsec / 1000000);
-  const auto counter = static_cast<unsigned>(static_cast<uint64_t>(kx::platform::monotonicNs()) % 1000000u);
-  char sig[64];
-  std::snprintf(sig, sizeof sig, "%s%03u%06u", date, ms, counter);
-  return sig;
 }
 
 // Runs `f`, then gives `child` back to `owner`, also when `f` fails.
@@ -604,7 +586,7 @@ void TH5General::vDeleteObject(const std::string& path) {
 }
 
 void TH5General::vCreateUniqueName(std::string& name) {
-  const std::string sig = newSignature();
+  const std::string sig = TSignatur().get();
   size_t k = 0;
   for (auto& c : name) {
     if (c != '#') continue;

@@ -36,7 +36,7 @@
 #include <vector>
 
 #include "kxexception/TTimeStamp.h"
-#include "rastrix/TSignatur.h"
+#include "kxexception/TSignatur.h"
 
 class TKxIniFile;
 class TIniFilename;

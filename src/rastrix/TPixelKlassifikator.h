@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "kxexception/TDelivery.h"
-#include "rastrix/TSignatur.h"
+#include "kxexception/TSignatur.h"
 #include "rastrix/epixeltyp.h"
 
 namespace Rastrix {

@@ -41,7 +41,7 @@
 #include "file98/CRectangle.h"
 #include "kxexception/TDelivery.h"
 #include "kxexception/TTimeStamp.h"
-#include "rastrix/TDateTime.h"
+#include "kxexception/TDateTime.h"
 #include "rastrix/TPixelColorSpace.h"
 #include "rastrix/TRGBPixel.h"
 #include "rastrix/epixeltyp.h"

@@ -1,4 +1,4 @@
-#include "rastrix/TSignatur.h"
+#include "kxexception/TSignatur.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "rastrix/TDateTime.h"
+#include "kxexception/TDateTime.h"
 
 #include <chrono>
 #include <cmath>
