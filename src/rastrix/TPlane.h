@@ -124,11 +124,11 @@ class TPlane : public TPlaneBasic {
   // The row of an absolute line: invalid plane 0xe7021004, line outside
   // 0xe742101b. Indexed by absolute column, unchecked.
   T* operator[](int line) {
-    if (!bValid || line < iFirstLine || line > iFirstLine + iLines - 1) _vBadLine(line);
+    if (!bValid || line < iFirstLine || line > iFirstLine + (iLines - 1)) _vBadLine(line);
     return ppRows[line];
   }
   const T* operator[](int line) const {
-    if (!bValid || line < iFirstLine || line > iFirstLine + iLines - 1) _vBadLine(line);
+    if (!bValid || line < iFirstLine || line > iFirstLine + (iLines - 1)) _vBadLine(line);
     return ppRows[line];
   }
   T* getMemory() const { return pMemory; }

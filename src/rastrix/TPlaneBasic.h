@@ -173,8 +173,8 @@ class TPlaneBasic : public TDelivery {
   int getFirstLine() const { return iFirstLine; }
   int getFirstColumn() const { return iFirstColumn; }
   int getLineDistance() const { return iLineDistance; }
-  int getLastLine() const { return iFirstLine + iLines - 1; }
-  int getLastColumn() const { return iFirstColumn + iColumns - 1; }
+  int getLastLine() const { return iFirstLine + (iLines - 1); }
+  int getLastColumn() const { return iFirstColumn + (iColumns - 1); }
   CRectangle getExtension() const { return CRectangle(iFirstLine, getLastLine(), iFirstColumn, getLastColumn()); }
   bool bIsExtern() const { return bExtern; }
   bool bIsInterlaced() const { return bInterlaced; }
