@@ -2,7 +2,7 @@
 //
 // A handle is an opaque number, never a pointer: the table maps it to its
 // object. Numbers are never reused and carry their kind, so a deleted, made-up
-// or wrong-kind handle is refused with ulErrHandle instead of being followed.
+// or wrong-kind handle is refused with ulBadHandle instead of being followed.
 // One mutex guards all tables; every ul* call holds it for its whole length.
 #pragma once
 
@@ -46,15 +46,15 @@ class THandleTable {
 
 // The body of every ul*_CreateHandle: `make()` builds the entry, which gets a
 // new handle in *handle. Takes the mutex itself; running out of memory is
-// ulErrNoImage.
+// ulNoImage.
 template <class TTable, class F>
 unsigned long createHandle(TTable& table, void** handle, F&& make) {
-  if (!handle) return ulErrArgument;
+  if (!handle) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   try {
     *handle = table.add(make());
   } catch (const std::bad_alloc&) {
-    return ulErrNoImage;
+    return ulNoImage;
   }
   return ulOk;
 }
@@ -62,9 +62,9 @@ unsigned long createHandle(TTable& table, void** handle, F&& make) {
 // The body of every ul*_DeleteHandle: removes the entry and nulls *handle.
 template <class TTable>
 unsigned long deleteHandle(TTable& table, void** handle) {
-  if (!handle) return ulErrArgument;
+  if (!handle) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
-  if (!table.remove(*handle)) return ulErrHandle;
+  if (!table.remove(*handle)) return ulBadHandle;
   *handle = nullptr;
   return ulOk;
 }

@@ -8,14 +8,14 @@ namespace kxutils {
 inline constexpr unsigned long ulOk = 0;
 // Not a living handle of this kind (null, deleted, made up, or a handle of
 // another kind).
-inline constexpr unsigned long ulErrHandle = 0xe5140001UL;
+inline constexpr unsigned long ulBadHandle = 0xe5140001UL;
 // A null pointer where a value is needed, or a geometry below 1 or too large.
-inline constexpr unsigned long ulErrArgument = 0xe5140002UL;
+inline constexpr unsigned long ulBadArgument = 0xe5140002UL;
 // A pixel type code outside 0..5, or two images of different types.
-inline constexpr unsigned long ulErrType = 0xe5140003UL;
+inline constexpr unsigned long ulWrongType = 0xe5140003UL;
 // The image has no pixels yet, or its memory could not be allocated.
-inline constexpr unsigned long ulErrNoImage = 0xe5140004UL;
+inline constexpr unsigned long ulNoImage = 0xe5140004UL;
 // A pixel or an area outside the image.
-inline constexpr unsigned long ulErrOutside = 0xe7440005UL;
+inline constexpr unsigned long ulOutside = 0xe7440005UL;
 
 }  // namespace kxutils

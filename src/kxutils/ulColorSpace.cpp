@@ -24,10 +24,10 @@ unsigned long ulColorSpace_DeleteHandle(void** handle) { return deleteHandle(tab
 
 unsigned long ulColorSpace_SetDestination(void* handle, unsigned long toFlag, float refR, float refG, float refB) {
   // A destination is one colour-space flag.
-  if (toFlag == 0 || (toFlag & (toFlag - 1)) != 0 || toFlag > 0x10000) return ulErrArgument;
+  if (toFlag == 0 || (toFlag & (toFlag - 1)) != 0 || toFlag > 0x10000) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   TColorSpaceInfo* e = table().find(handle);
-  if (!e) return ulErrHandle;
+  if (!e) return ulBadHandle;
   e->destination = toFlag;
   e->refR = refR;
   e->refG = refG;
@@ -36,10 +36,10 @@ unsigned long ulColorSpace_SetDestination(void* handle, unsigned long toFlag, fl
 }
 
 unsigned long ulColorSpace_GetInfo(void* handle, TColorSpaceInfo* info) {
-  if (!info) return ulErrArgument;
+  if (!info) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   const TColorSpaceInfo* e = table().find(handle);
-  if (!e) return ulErrHandle;
+  if (!e) return ulBadHandle;
   *info = *e;
   return ulOk;
 }

@@ -23,11 +23,11 @@ template <class F>
 unsigned long with(void* handle, F&& f) {
   std::lock_guard<std::mutex> lock(tableMutex());
   TCoordinatesystemInfo* e = table().find(handle);
-  if (!e) return ulErrHandle;
+  if (!e) return ulBadHandle;
   try {
     f(*e);
   } catch (const std::bad_alloc&) {
-    return ulErrNoImage;
+    return ulNoImage;
   }
   return ulOk;
 }
@@ -86,6 +86,6 @@ unsigned long ulCoordinatesystem_SetScalingParam(void* handle, double offsetX, d
 }
 
 unsigned long ulCoordinatesystem_GetInfo(void* handle, TCoordinatesystemInfo* info) {
-  if (!info) return ulErrArgument;
+  if (!info) return ulBadArgument;
   return with(handle, [&](TCoordinatesystemInfo& e) { *info = e; });
 }

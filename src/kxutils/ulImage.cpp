@@ -51,8 +51,8 @@ double read(const unsigned char* p) {
 }  // namespace
 
 unsigned long ulImage_CreateHandle(unsigned long type, void** handle) {
-  if (!handle) return ulErrArgument;
-  if (bytesPerPixel(type) == 0) return ulErrType;
+  if (!handle) return ulBadArgument;
+  if (bytesPerPixel(type) == 0) return ulWrongType;
   return createHandle(table(), handle, [type] {
     auto im = std::make_unique<TImage>();
     im->type = type;
@@ -64,18 +64,18 @@ unsigned long ulImage_Alloc2(void* handle, int lines, int lineDistance, int firs
                              void* addr) {
   std::lock_guard<std::mutex> lock(tableMutex());
   TImage* im = table().find(handle);
-  if (!im) return ulErrHandle;
-  if (lines < 1 || lineDistance < 1) return ulErrArgument;
+  if (!im) return ulBadHandle;
+  if (lines < 1 || lineDistance < 1) return ulBadArgument;
   std::shared_ptr<unsigned char[]> owned;
   unsigned char* first = static_cast<unsigned char*>(addr);
   if (!first) {
     const std::size_t pixels = static_cast<std::size_t>(lines) * static_cast<std::size_t>(lineDistance);
-    if (pixels > SIZE_MAX / bytesPerPixel(im->type)) return ulErrArgument;
+    if (pixels > SIZE_MAX / bytesPerPixel(im->type)) return ulBadArgument;
     const std::size_t bytes = pixels * bytesPerPixel(im->type);
     try {
       owned = std::shared_ptr<unsigned char[]>(new unsigned char[bytes]());
     } catch (const std::bad_alloc&) {
-      return ulErrNoImage;
+      return ulNoImage;
     }
     first = owned.get();
   }
@@ -94,15 +94,15 @@ unsigned long ulImage_ConnectImage(void* handle, int lines, int columns, int fir
   std::lock_guard<std::mutex> lock(tableMutex());
   TImage* im = table().find(handle);
   const TImage* src = table().find(source);
-  if (!im || !src) return ulErrHandle;
-  if (im->type != src->type) return ulErrType;
-  if (!src->first) return ulErrNoImage;
-  if (lines < 1 || columns < 1) return ulErrArgument;
+  if (!im || !src) return ulBadHandle;
+  if (im->type != src->type) return ulWrongType;
+  if (!src->first) return ulNoImage;
+  if (lines < 1 || columns < 1) return ulBadArgument;
   const int64_t lastLine = static_cast<int64_t>(firstLine) + lines - 1;
   const int64_t lastColumn = static_cast<int64_t>(firstColumn) + columns - 1;
   if (!inside(*src, firstLine, firstColumn) || lastLine > INT32_MAX || lastColumn > INT32_MAX ||
       !inside(*src, static_cast<int>(lastLine), static_cast<int>(lastColumn)))
-    return ulErrOutside;
+    return ulOutside;
   unsigned char* first = address(*src, firstLine, firstColumn);
   std::shared_ptr<unsigned char[]> owned = src->owned;
   im->lines = lines;
@@ -118,10 +118,10 @@ unsigned long ulImage_ConnectImage(void* handle, int lines, int columns, int fir
 unsigned long ulImage_DeleteHandle(void** handle) { return deleteHandle(table(), handle); }
 
 unsigned long ulImage_GetInfo(void* handle, TImageInfo* info) {
-  if (!info) return ulErrArgument;
+  if (!info) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   const TImage* im = table().find(handle);
-  if (!im) return ulErrHandle;
+  if (!im) return ulBadHandle;
   info->type = im->type;
   info->lines = im->lines;
   info->columns = im->columns;
@@ -133,23 +133,23 @@ unsigned long ulImage_GetInfo(void* handle, TImageInfo* info) {
 }
 
 unsigned long ulImage_GetPixelAddress(void* handle, int line, int column, void** addr) {
-  if (!addr) return ulErrArgument;
+  if (!addr) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   const TImage* im = table().find(handle);
-  if (!im) return ulErrHandle;
-  if (!im->first) return ulErrNoImage;
-  if (!inside(*im, line, column)) return ulErrOutside;
+  if (!im) return ulBadHandle;
+  if (!im->first) return ulNoImage;
+  if (!inside(*im, line, column)) return ulOutside;
   *addr = address(*im, line, column);
   return ulOk;
 }
 
 unsigned long ulImage_GetPixel(void* handle, int line, int column, double* values, int* count) {
-  if (!values || !count) return ulErrArgument;
+  if (!values || !count) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   const TImage* im = table().find(handle);
-  if (!im) return ulErrHandle;
-  if (!im->first) return ulErrNoImage;
-  if (!inside(*im, line, column)) return ulErrOutside;
+  if (!im) return ulBadHandle;
+  if (!im->first) return ulNoImage;
+  if (!inside(*im, line, column)) return ulOutside;
   const unsigned char* p = address(*im, line, column);
   switch (im->type) {
     case 0: values[0] = p[0]; *count = 1; break;
@@ -169,7 +169,7 @@ unsigned long ulImage_GetPixel(void* handle, int line, int column, double* value
 }
 
 unsigned long ulImage_CountHandles(unsigned long* count) {
-  if (!count) return ulErrArgument;
+  if (!count) return ulBadArgument;
   std::lock_guard<std::mutex> lock(tableMutex());
   *count = table().size();
   return ulOk;

@@ -89,7 +89,7 @@ void TPicture2RLC::vFloatPicture2RLC(const TPlane<float>& plane, TRLCArray& resu
 void TPicture2RLC::vTransform256(const TPlane<unsigned char>& plane, std::vector<TRLCArray>& result,
                                  unsigned char upper, unsigned char lower) {
   KX_TRY {
-    if (!plane.isValid()) KX_THROW(Rastrix::Err::PlaneNotValid, "TPicture2RLC::vTransform256");
+    if (!plane.isValid()) KX_THROW(Rastrix::Err::ulPlaneNotValid, "TPicture2RLC::vTransform256");
     unsigned char mn = 0, mx = 0;
     plane.calcMinMax(mn, mx);
     lower = std::max(lower, mn);
@@ -155,7 +155,7 @@ void TPicture2RLC::vTransform256(const TPlane<unsigned char>& plane, std::vector
 
 void TPicture2RLC::vRLC2FloatPicture(const TRLCArray& rlc, TPlane<float>& plane, float inside, float outside) {
   KX_TRY {
-    if (!plane.isValid()) KX_THROW(Rastrix::Err::PlaneNotValid, "TPicture2RLC::vRLC2FloatPicture");
+    if (!plane.isValid()) KX_THROW(Rastrix::Err::ulPlaneNotValid, "TPicture2RLC::vRLC2FloatPicture");
     const int c0 = plane.getFirstColumn(), c1 = plane.getLastColumn();
     for (int l = plane.getFirstLine(); l <= plane.getLastLine(); ++l) plane._setLine(outside, l, c0, c1);
     const int first = std::max(rlc.getFirstLine(), plane.getFirstLine());

@@ -13,8 +13,8 @@
 #include "rastrix/RastrixErrors.h"
 
 using namespace Rastrix;
-using object98::ulErrRLCValueRange;
-using object98::ulErrRLCValueText;
+using object98::ulRLCValueRange;
+using object98::ulRLCValueText;
 
 namespace {
 
@@ -47,7 +47,7 @@ bool bReadFloat(const char*& p, float& v) {
 int iShown(long long v) { return static_cast<int>(std::clamp<long long>(v, INT_MIN, INT_MAX)); }
 
 long long llInRange(long long v, long long lo, long long hi) {
-  if (v < lo || v > hi) KX_THROW(ulErrRLCValueRange, sOutOfRange(), iShown(v));
+  if (v < lo || v > hi) KX_THROW(ulRLCValueRange, sOutOfRange(), iShown(v));
   return v;
 }
 
@@ -76,16 +76,16 @@ T valueOf(const char* text) {
   const char* p = text;
   if constexpr (std::is_same_v<T, float>) {
     float v;
-    if (!bReadFloat(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
+    if (!bReadFloat(p, v)) KX_THROW(ulRLCValueText, sNoNumber(), text);
     return v;
   } else if constexpr (std::is_same_v<T, TRGBFloatPixel>) {
     TRGBFloatPixel px;
     if (!bReadFloat(p, px.r) || !bReadFloat(p, px.g) || !bReadFloat(p, px.b))
-      KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
+      KX_THROW(ulRLCValueText, sNoNumbers(), text);
     return px;
   } else if constexpr (std::is_same_v<T, TRGBPixel>) {
     long long r, g, b;
-    if (!bReadInt(p, r) || !bReadInt(p, g) || !bReadInt(p, b)) KX_THROW(ulErrRLCValueText, sNoNumbers(), text);
+    if (!bReadInt(p, r) || !bReadInt(p, g) || !bReadInt(p, b)) KX_THROW(ulRLCValueText, sNoNumbers(), text);
     // Each up to 65535, then cut to eight bits; kept as it is.
     TRGBPixel px;
     px.r = static_cast<unsigned char>(llInRange(r, 0, 65535));
@@ -94,7 +94,7 @@ T valueOf(const char* text) {
     return px;
   } else {
     long long v;
-    if (!bReadInt(p, v)) KX_THROW(ulErrRLCValueText, sNoNumber(), text);
+    if (!bReadInt(p, v)) KX_THROW(ulRLCValueText, sNoNumber(), text);
     if constexpr (std::is_same_v<T, unsigned char>)
       return static_cast<unsigned char>(llInRange(v, 0, 256));  // 256 passes and keeps its low bits (0); kept as it is
     else if constexpr (std::is_same_v<T, unsigned short>)

@@ -45,11 +45,11 @@ inline int cut(double v) { return static_cast<int>(static_cast<int64_t>(v + 0.5)
 
 void checkPoints(const TOPointList<int>& list, int needed) {
   if (list.size() < needed)
-    KX_THROW(ulErrRLCTooFewPoints, sTooFewPoints(), static_cast<int>(list.eGetTyp()), list.size(), needed);
+    KX_THROW(ulRLCTooFewPoints, sTooFewPoints(), static_cast<int>(list.eGetTyp()), list.size(), needed);
   for (int i = 0; i < list.size(); ++i) {
     const TOPoint<int>& p = list[i];
     if (p.x < -kMaxCoordinate || p.x > kMaxCoordinate || p.y < -kMaxCoordinate || p.y > kMaxCoordinate)
-      KX_THROW(ulErrRLCCoordinateRange, sCoordinateRange(), i, p.x, p.y, kMaxCoordinate);
+      KX_THROW(ulRLCCoordinateRange, sCoordinateRange(), i, p.x, p.y, kMaxCoordinate);
   }
 }
 
@@ -111,7 +111,7 @@ class TNumberReader {
     std::snprintf(text, sizeof text, reason(), what);
     char where[240];
     std::snprintf(where, sizeof where, "%s (Byte %zu)", text, pos_);
-    KX_THROW(ulErrRLCFileFormat, sBadFile(), file_, where);
+    KX_THROW(ulRLCFileFormat, sBadFile(), file_, where);
   }
 
  private:
@@ -267,14 +267,14 @@ void TRLCArray::_vMakeLines() {
 
 TRLCLine& TRLCArray::operator[](int line) {
   if (size() <= 0 || line < FirstLine || line > LastLine)
-    KX_THROW(ulErrRLCLineIndex, "Line=%d FirstLine=%d LastLine=%d", line, FirstLine, LastLine);
+    KX_THROW(ulRLCLineIndex, "Line=%d FirstLine=%d LastLine=%d", line, FirstLine, LastLine);
   _vMakeLines();
   return Lines[static_cast<std::size_t>(line - FirstLine)];
 }
 
 const TRLCLine& TRLCArray::operator[](int line) const {
   if (size() <= 0 || line < FirstLine || line > LastLine)
-    KX_THROW(ulErrRLCLineIndexConst, "Line=%d FirstLine=%d LastLine=%d", line, FirstLine, LastLine);
+    KX_THROW(ulRLCLineIndexConst, "Line=%d FirstLine=%d LastLine=%d", line, FirstLine, LastLine);
   if (Lines.empty()) return emptyLine();
   return Lines[static_cast<std::size_t>(line - FirstLine)];
 }
@@ -465,7 +465,7 @@ void TRLCArray::calcRLC(const TOPointList<int>& list) {
       default:  // ellipse, groups, unknown numbers
         freeVar();
         TimeStamp.set();
-        KX_THROW(ulErrRLCTypeNotImplemented, "%s", sTypeNotImplemented());
+        KX_THROW(ulRLCTypeNotImplemented, "%s", sTypeNotImplemented());
     }
   }
   KX_CATCH
@@ -487,7 +487,7 @@ void TRLCArray::calcRLCPoint(const TOPointList<int>& list) {
   KX_TRY {
     freeVar();
     TimeStamp.set();
-    if (list.size() != 1) KX_THROW(ulErrRLCPointCount, "%s", sPointCount());
+    if (list.size() != 1) KX_THROW(ulRLCPointCount, "%s", sPointCount());
     checkPoints(list, 1);
     const TOPoint<int>& p = list[0];
     FirstLine = LastLine = p.y;
@@ -649,7 +649,7 @@ void TRLCArray::getLinePoints(const TOPointList<int>& list, std::vector<TLinePoi
     lineStart[static_cast<std::size_t>(i)] = static_cast<int>(total);
     total += running;
     if (total > maxSize || total > INT32_MAX)
-      KX_THROW(ulErrRLCPolygonCheck, "Size<=MaxSize (Size=%lld MaxSize=%lld)", static_cast<long long>(total),
+      KX_THROW(ulRLCPolygonCheck, "Size<=MaxSize (Size=%lld MaxSize=%lld)", static_cast<long long>(total),
                static_cast<long long>(maxSize));
   }
   lineStart[static_cast<std::size_t>(nLines)] = static_cast<int>(total);
@@ -662,7 +662,7 @@ void TRLCArray::getLinePoints(const TOPointList<int>& list, std::vector<TLinePoi
     for (int y = e.upper.y + 1; y <= e.lower.y; ++y) {
       const int x = kx::platform::MulDiv(y - e.upper.y, dx, dy) + e.upper.x;
       if (y < FirstLine || y > LastLine || x < FirstColumn || x > LastColumn)
-        KX_THROW(ulErrRLCPolygonCheck, "y>=FirstLine, y<=LastLine, x>=FirstColumn, x<=LastColumn (x=%d y=%d)", x,
+        KX_THROW(ulRLCPolygonCheck, "y>=FirstLine, y<=LastLine, x>=FirstColumn, x<=LastColumn (x=%d y=%d)", x,
                  y);
       points[static_cast<std::size_t>(fill[static_cast<std::size_t>(y - FirstLine)]++)] = {x, y};
     }
@@ -720,7 +720,7 @@ void TRLCArray::write(const char* file) const {
     const std::string path = systemPath(file);
     std::string why;
     if (!kx::platform::writeFileAtomic(path, text, &why)) {
-      const unsigned long code = KX_ERROR(ulErrRLCWrite, sCannotWrite(), path.c_str());
+      const unsigned long code = KX_ERROR(ulRLCWrite, sCannotWrite(), path.c_str());
       kx::trace(KX_FILE, __LINE__, "%s", why.c_str());
       throw code;
     }
@@ -736,11 +736,11 @@ void TRLCArray::read(const char* file) {
     std::string text;
     {
       FilePtr f(std::fopen(path.c_str(), "rb"));
-      if (!f) KX_THROW(ulErrRLCRead, sCannotRead(), path.c_str());
+      if (!f) KX_THROW(ulRLCRead, sCannotRead(), path.c_str());
       char buf[65536];
       std::size_t n;
       while ((n = std::fread(buf, 1, sizeof buf, f.get())) > 0) text.append(buf, n);
-      if (std::ferror(f.get())) KX_THROW(ulErrRLCRead, sCannotRead(), path.c_str());
+      if (std::ferror(f.get())) KX_THROW(ulRLCRead, sCannotRead(), path.c_str());
     }
     TNumberReader in(text, path.c_str());
     const int fl = in.next("FirstLine");

@@ -290,7 +290,7 @@ std::vector<TRLC>& rScratch() {
 using namespace object98;
 
 TRLCLine::TRLCLine(int count, const TRLC* runs) {
-  if (count > 0 && runs == nullptr) KX_THROW(ulErrRLCRunIndex, "TRLCLine(Count=%d) without runs", count);
+  if (count > 0 && runs == nullptr) KX_THROW(ulRLCRunIndex, "TRLCLine(Count=%d) without runs", count);
   _vSetRuns(count, runs);
 }
 
@@ -364,14 +364,14 @@ bool TRLCLine::_bFindNormal() const {
 
 TRLC& TRLCLine::operator[](int index) {
   if (index < 0 || index >= Size)
-    KX_THROW(ulErrRLCRunIndex, "Index=%d Size=%d (Index>=0, Index<Size)", index, Size);
+    KX_THROW(ulRLCRunIndex, "Index=%d Size=%d (Index>=0, Index<Size)", index, Size);
   State = eUnknown;
   return Begin[index];
 }
 
 const TRLC& TRLCLine::operator[](int index) const {
   if (index < 0 || index >= Size)
-    KX_THROW(ulErrRLCRunIndex, "Index=%d Size=%d (Index>=0, Index<Size)", index, Size);
+    KX_THROW(ulRLCRunIndex, "Index=%d Size=%d (Index>=0, Index<Size)", index, Size);
   return Begin[index];
 }
 
@@ -382,12 +382,12 @@ long TRLCLine::pixel() const {
 }
 
 int TRLCLine::getFirstColumn() const {
-  if (Size <= 0) KX_THROW(ulErrRLCEmptyLine, "Size>0");
+  if (Size <= 0) KX_THROW(ulRLCEmptyLine, "Size>0");
   return Begin[0].FirstColumn;
 }
 
 int TRLCLine::getLastColumn() const {
-  if (Size <= 0) KX_THROW(ulErrRLCEmptyLine, "Size>0");
+  if (Size <= 0) KX_THROW(ulRLCEmptyLine, "Size>0");
   return Begin[Size - 1].LastColumn;
 }
 

@@ -46,7 +46,7 @@ class TVector98 {
   }
   // Deletes element i and closes the gap.
   void erase(int i) {
-    if (i < 0 || i >= size()) KX_THROW(object98::ulErrVectorErase, "Index=%d >= Size=%d", i, size());
+    if (i < 0 || i >= size()) KX_THROW(object98::ulVectorErase, "Index=%d >= Size=%d", i, size());
     Items.erase(Items.begin() + i);
   }
   // n elements: new ones are default constructed at the end, surplus ones are
@@ -65,11 +65,11 @@ class TVector98 {
   void clear() { Items.clear(); }
 
   T& operator[](int i) {
-    if (i < 0 || i >= size()) KX_THROW(object98::ulErrVectorIndex, "Index=%d >= Size=%d", i, size());
+    if (i < 0 || i >= size()) KX_THROW(object98::ulVectorIndex, "Index=%d >= Size=%d", i, size());
     return *Items[static_cast<std::size_t>(i)];
   }
   const T& operator[](int i) const {
-    if (i < 0 || i >= size()) KX_THROW(object98::ulErrVectorIndex, "Index=%d >= Size=%d", i, size());
+    if (i < 0 || i >= size()) KX_THROW(object98::ulVectorIndex, "Index=%d >= Size=%d", i, size());
     return *Items[static_cast<std::size_t>(i)];
   }
 

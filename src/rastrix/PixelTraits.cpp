@@ -15,12 +15,12 @@ const char* cpReadPixelWord(const char* text, double* value) {
   while (*p && std::isspace(static_cast<unsigned char>(*p))) ++p;
   const char* end = p;
   while (*end && !std::isspace(static_cast<unsigned char>(*end))) ++end;
-  if (end == p) KX_THROW0(Err::PixelTokenUnreadable);
+  if (end == p) KX_THROW0(Err::ulPixelTokenUnreadable);
   std::string word(p, end);
   const std::size_t comma = word.find(',');
   if (comma != std::string::npos) word[comma] = '.';
   const kx::platform::CNumericScope cLocale;
-  if (std::sscanf(word.c_str(), "%le", value) != 1) KX_THROW0(Err::PixelTokenUnreadable);
+  if (std::sscanf(word.c_str(), "%le", value) != 1) KX_THROW0(Err::ulPixelTokenUnreadable);
   return end;
 }
 

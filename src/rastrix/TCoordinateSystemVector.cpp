@@ -76,7 +76,7 @@ TCoordinateSystem* TCoordinateSystemVector::pCreate(int typ) {
 
 void TCoordinateSystemVector::_vCheckIndex(int index, int first) const {
   if (index < first || index >= size())
-    KX_THROW(Err::CoordinateSystemIndex, "Index=%d Size=%d", index, size());
+    KX_THROW(Err::ulCoordinateSystemIndex, "Index=%d Size=%d", index, size());
 }
 
 TCoordinateSystem* TCoordinateSystemVector::operator[](int index) const {
@@ -123,7 +123,7 @@ void TCoordinateSystemVector::vDelete(int index) {
     _vCheckIndex(index, 0);
     const TCoordinateSystem& cs = *systems_[static_cast<std::size_t>(index)];
     if (cs.bIsUser())
-      KX_THROW(Err::CoordinateSystemInUse, "Index=%d Name=%s Users=%d", index, cs.rStrGetNameKS().c_str(),
+      KX_THROW(Err::ulCoordinateSystemInUse, "Index=%d Name=%s Users=%d", index, cs.rStrGetNameKS().c_str(),
                cs.iGetUser());
     systems_.erase(systems_.begin() + index);
   }

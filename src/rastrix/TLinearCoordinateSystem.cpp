@@ -37,11 +37,11 @@ void TLinearCoordinateSystem::vGetWorldXY2(double* x, double* y, double column, 
 void TLinearCoordinateSystem::vGetOrgXY(int*, int*, double, double) const {
   // The way back was never part of this class; asking for it is a mistake of
   // the caller, reported rather than answered with a guess.
-  KX_THROW(Err::CoordinateSystemNoWayBack, "vGetOrgXY: no pixel coordinates for a %s system", cpGetTypName());
+  KX_THROW(Err::ulCoordinateSystemNoWayBack, "vGetOrgXY: no pixel coordinates for a %s system", cpGetTypName());
 }
 
 void TLinearCoordinateSystem::vGetOrgXY2(double*, double*, double, double) const {
-  KX_THROW(Err::CoordinateSystemNoWayBack, "vGetOrgXY2: no pixel coordinates for a %s system", cpGetTypName());
+  KX_THROW(Err::ulCoordinateSystemNoWayBack, "vGetOrgXY2: no pixel coordinates for a %s system", cpGetTypName());
 }
 
 bool TLinearCoordinateSystem::bEqualParam(const TCoordinateSystem* other) const {

@@ -89,7 +89,7 @@ constexpr unsigned uReference = 0x100 | 0x200 | 0x400 | 0x800 | 0x4000 | 0x10000
 constexpr unsigned uComputed = 0x1 | 0x2 | 0x4 | 0x8 | 0x10 | 0x20 | 0x40 | 0x80 | 0x8000;
 
 void checkIndex(int index) {
-  if (index < 0 || index > 2) KX_THROW(Err::ColorSpaceIndex, "Index=%d", index);
+  if (index < 0 || index > 2) KX_THROW(Err::ulColorSpaceIndex, "Index=%d", index);
 }
 
 // X, Y, Z to the chromaticity spaces; guards as the formulas require.
@@ -137,7 +137,7 @@ int TPixelColorSpace::_iIndexOf(unsigned flag) {
     for (int i = 0; i < iSpaces; ++i)
       if (gSpaces[i].flag == flag) return i;
   }
-  KX_THROW(Err::ColorSpaceIndex, "Index=%d", static_cast<int>(flag));
+  KX_THROW(Err::ulColorSpaceIndex, "Index=%d", static_cast<int>(flag));
 }
 
 const char* TPixelColorSpace::cpGetColorSpaceName(unsigned flag) { return gSpaces[_iIndexOf(flag)].name; }
@@ -180,9 +180,9 @@ void TPixelColorSpace::vSetFlag(unsigned from, unsigned to) {
   KX_TRY {
     _iIndexOf(from);
     _iIndexOf(to);
-    if (!bCanSetColorSpace(from)) KX_THROW(Err::ColorSpaceNoWayBack, "%s", cpGetColorSpaceName(from));
+    if (!bCanSetColorSpace(from)) KX_THROW(Err::ulColorSpaceNoWayBack, "%s", cpGetColorSpaceName(from));
     if (!(from & uComputed) || !(to & uComputed))
-      KX_THROW(Err::ColorSpaceNoWayBack, "%s -> %s not available", cpGetColorSpaceName(from), cpGetColorSpaceName(to));
+      KX_THROW(Err::ulColorSpaceNoWayBack, "%s -> %s not available", cpGetColorSpaceName(from), cpGetColorSpaceName(to));
     uFrom = from;
     uTo = to;
     uWork = _uWorkFlags(from, to);
@@ -225,7 +225,7 @@ void TPixelColorSpace::_vToXYZ(const TRGBFloatPixel& p, unsigned flag, double xy
       }
       break;
     }
-    default: KX_THROW(Err::ColorSpaceNoWayBack, "%s", cpGetColorSpaceName(flag));
+    default: KX_THROW(Err::ulColorSpaceNoWayBack, "%s", cpGetColorSpaceName(flag));
   }
 }
 
@@ -297,7 +297,7 @@ double TPixelColorSpace::dGetLuminance() const {
   if (uWork & LXY) return rGetLxy().r;
   if (uWork & LUV) return rGetLuv().r;
   if (uWork & LU_V_) return rGetLu_v_().r;
-  KX_THROW(Err::ColorSpaceIndex, "Index=%d", static_cast<int>(uWork));
+  KX_THROW(Err::ulColorSpaceIndex, "Index=%d", static_cast<int>(uWork));
 }
 
 bool TPixelColorSpace::bProofXYZ(const TRGBFloatPixel& p) {
@@ -317,7 +317,7 @@ void TPixelColorSpace::vSetReference(const TRGBFloatPixel& p, unsigned flag) {
   KX_TRY {
     double xyz[3];
     _vToXYZ(p, flag, xyz);
-    if (!bProofXYZ(pack(xyz))) KX_THROW(Err::ColorSpaceIndex, "reference colour not valid in %s", cpGetColorSpaceName(flag));
+    if (!bProofXYZ(pack(xyz))) KX_THROW(Err::ulColorSpaceIndex, "reference colour not valid in %s", cpGetColorSpaceName(flag));
     refXYZ = pack(xyz);
     double c[3];
     if (flag == CIE_RGB) {

@@ -89,7 +89,7 @@ unsigned TPixelKlassifikator::getTyp(int, int) const { return 0; }
 
 void TPixelKlassifikator::_vCheckIndex(unsigned index) const {
   if (index >= uSize)
-    KX_THROW(Err::KlassifikatorIndex, sIndex(), static_cast<int>(index), static_cast<int>(uSize) - 1);
+    KX_THROW(Err::ulKlassifikatorIndex, sIndex(), static_cast<int>(index), static_cast<int>(uSize) - 1);
 }
 
 const std::string& TPixelKlassifikator::rStrGetClassName(unsigned index) const {

@@ -175,12 +175,12 @@ void TPlane<T>::alloc(int lines, int columns, int firstLine, int firstColumn, in
     }
     if (lines < 1 || columns < 1) return;
     if (lineDistance < columns)
-      KX_THROW(Err::LineDistanceTooSmall, "_LineDistance=%d < _Columns=%d", lineDistance, columns);
+      KX_THROW(Err::ulLineDistanceTooSmall, "_LineDistance=%d < _Columns=%d", lineDistance, columns);
     // Every line and column number of the plane must be an int.
     if (static_cast<int64_t>(firstLine) + lines - 1 > INT32_MAX)
-      KX_THROW(Err::PlaneBeyondIntRange, "FirstLine=%d Lines=%d", firstLine, lines);
+      KX_THROW(Err::ulPlaneBeyondIntRange, "FirstLine=%d Lines=%d", firstLine, lines);
     if (static_cast<int64_t>(firstColumn) + columns - 1 > INT32_MAX)
-      KX_THROW(Err::PlaneBeyondIntRange, "FirstColumn=%d Columns=%d", firstColumn, columns);
+      KX_THROW(Err::ulPlaneBeyondIntRange, "FirstColumn=%d Columns=%d", firstColumn, columns);
 
     iLines = lines;
     iColumns = columns;
@@ -249,7 +249,7 @@ void TPlane<T>::beSubPicture(const TPlane& source, const CRectangle& r) {
     const bool ownView = source.bExtern && !bExtern && source.pCommon == &ownCommon;
     if (&source == this || ownView || r.YSize() < 1 || r.XSize() < 1 || !source.bValid ||
         !(r <= source.getExtension()))
-      KX_THROW0(Err::SubPictureArea);
+      KX_THROW0(Err::ulSubPictureArea);
     {
       TSendOff quiet(*this);
       free();
@@ -286,7 +286,7 @@ void TPlane<T>::moveBy(int dLines, int dColumns) {
 template <class T>
 void TPlane<T>::_vMoveTo(int64_t firstLine, int64_t firstColumn) {
   KX_TRY {
-    if (!bValid) KX_THROW0(Err::PlaneNotValid);
+    if (!bValid) KX_THROW0(Err::ulPlaneNotValid);
     _vCheckRange(firstLine, firstColumn);
     const int64_t dColumns = firstColumn - iFirstColumn;
     const int64_t ld = iLineDistance;
@@ -301,7 +301,7 @@ void TPlane<T>::_vMoveTo(int64_t firstLine, int64_t firstColumn) {
       for (int i = 0; i < iLines; ++i) store[i] = shifted(base, (static_cast<int64_t>(newFirstLine) + i) * ld);
       pMemory = base;
     } else {
-      if (iLines < 2) KX_THROW0(Err::InterlacedTooFewLines);
+      if (iLines < 2) KX_THROW0(Err::ulInterlacedTooFewLines);
       const int64_t a = iFirstLine, b = a + 1;
       const int64_t even = a % 2 == 0 ? a : b, odd = a % 2 == 0 ? b : a;
       T* baseEven = shifted(ppRows[even], -(even / 2) * ld);
@@ -327,9 +327,9 @@ void TPlane<T>::_vMoveTo(int64_t firstLine, int64_t firstColumn) {
 template <class T>
 void TPlane<T>::_vCheckRange(int64_t firstLine, int64_t firstColumn) const {
   if (firstLine < INT32_MIN || firstLine + iLines - 1 > INT32_MAX)
-    KX_THROW(Err::PlaneBeyondIntRange, "FirstLine=%lld Lines=%d", static_cast<long long>(firstLine), iLines);
+    KX_THROW(Err::ulPlaneBeyondIntRange, "FirstLine=%lld Lines=%d", static_cast<long long>(firstLine), iLines);
   if (firstColumn < INT32_MIN || firstColumn + iColumns - 1 > INT32_MAX)
-    KX_THROW(Err::PlaneBeyondIntRange, "FirstColumn=%lld Columns=%d", static_cast<long long>(firstColumn), iColumns);
+    KX_THROW(Err::ulPlaneBeyondIntRange, "FirstColumn=%lld Columns=%d", static_cast<long long>(firstColumn), iColumns);
 }
 
 template <class T>
@@ -344,8 +344,8 @@ void TPlane<T>::moveTo(int firstLine, int firstColumn) {
 
 template <class T>
 void TPlane<T>::_vBadLine(int line) const {
-  if (!bValid) KX_THROW0(Err::PlaneNotValid);
-  KX_THROW(Err::LineOutside, "Line=%d FirstLine=%d LastLine=%d", line, iFirstLine, getLastLine());
+  if (!bValid) KX_THROW0(Err::ulPlaneNotValid);
+  KX_THROW(Err::ulLineOutside, "Line=%d FirstLine=%d LastLine=%d", line, iFirstLine, getLastLine());
 }
 
 template <class T>
@@ -353,9 +353,9 @@ double TPlane<T>::getDoublePixelLC(int line, int column) const {
   KX_TRY {
     const T* row = (*this)[line];
     if (column < iFirstColumn)
-      KX_THROW(Err::AreaFirstColumn, "_FirstColumn=%d < FirstColumn=%d", column, iFirstColumn);
+      KX_THROW(Err::ulAreaFirstColumn, "_FirstColumn=%d < FirstColumn=%d", column, iFirstColumn);
     if (column > getLastColumn())
-      KX_THROW(Err::AreaLastColumn, "_LastColumn=%d > LastColumn=%d", column, getLastColumn());
+      KX_THROW(Err::ulAreaLastColumn, "_LastColumn=%d > LastColumn=%d", column, getLastColumn());
     return static_cast<double>(row[column]);
   }
   KX_CATCH

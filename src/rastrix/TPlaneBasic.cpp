@@ -135,7 +135,7 @@ void TPlaneBasic::TCommon::vSetValueRangeMSM(eComparePixelTyp e, double min, dou
     double defMin = 0, defMax = 0;
     vGetDefaultValueRangeMSM(e, &defMin, nullptr, &defMax);
     if (!(max > min) || !(step > 0) || !(min >= defMin) || !(min <= defMax) || !(max <= defMax) || !(max >= defMin))
-      KX_THROW0(Err::ValueRange);
+      KX_THROW0(Err::ulValueRange);
     dMin = min;
     dStep = step;
     dMax = max;
@@ -223,11 +223,11 @@ void TPlaneBasic::vSendCommonMessage(unsigned long a, unsigned long b) {
 
 double TPlaneBasic::getDoublePixelLC(int, int) const { return 0.0; }
 
-void TPlaneBasic::writeFile(const char*, bool) const { KX_THROW0(Err::NoFileOnBasicPlane); }
-void TPlaneBasic::readFile(const char*, bool) { KX_THROW0(Err::NoFileOnBasicPlane); }
-void TPlaneBasic::insertFile(const char*) { KX_THROW0(Err::NoFileOnBasicPlane); }
-const char* TPlaneBasic::getFileExtension() { KX_THROW0(Err::NoFileOnBasicPlane); }
-void TPlaneBasic::vGetFileExtension(char*) { KX_THROW0(Err::NoFileOnBasicPlane); }
+void TPlaneBasic::writeFile(const char*, bool) const { KX_THROW0(Err::ulNoFileOnBasicPlane); }
+void TPlaneBasic::readFile(const char*, bool) { KX_THROW0(Err::ulNoFileOnBasicPlane); }
+void TPlaneBasic::insertFile(const char*) { KX_THROW0(Err::ulNoFileOnBasicPlane); }
+const char* TPlaneBasic::getFileExtension() { KX_THROW0(Err::ulNoFileOnBasicPlane); }
+void TPlaneBasic::vGetFileExtension(char*) { KX_THROW0(Err::ulNoFileOnBasicPlane); }
 
 void TPlaneBasic::_vDetachToOwnCommon() {
   if (pCommon != &ownCommon && bIsSender(pCommon)) vDisconnectSender(pCommon);
@@ -256,17 +256,17 @@ void TPlaneBasic::attrib2Zero() {
 }
 
 void TPlaneBasic::proofArea(int l1, int l2, int c1, int c2) const {
-  if (!bValid) KX_THROW0(Err::PlaneNotValid);
-  if (l1 < iFirstLine) KX_THROW(Err::AreaFirstLine, "_FirstLine=%d < FirstLine=%d", l1, iFirstLine);
-  if (l2 > getLastLine()) KX_THROW(Err::AreaLastLine, "_LastLine=%d > LastLine=%d", l2, getLastLine());
-  if (l1 > l2) KX_THROW(Err::AreaLinesReversed, "_FirstLine=%d > _LastLine=%d", l1, l2);
-  if (c1 < iFirstColumn) KX_THROW(Err::AreaFirstColumn, "_FirstColumn=%d < FirstColumn=%d", c1, iFirstColumn);
-  if (c2 > getLastColumn()) KX_THROW(Err::AreaLastColumn, "_LastColumn=%d > LastColumn=%d", c2, getLastColumn());
-  if (c1 > c2) KX_THROW(Err::AreaColumnsReversed, "_FirstColumn=%d > _LastColumn=%d", c1, c2);
+  if (!bValid) KX_THROW0(Err::ulPlaneNotValid);
+  if (l1 < iFirstLine) KX_THROW(Err::ulAreaFirstLine, "_FirstLine=%d < FirstLine=%d", l1, iFirstLine);
+  if (l2 > getLastLine()) KX_THROW(Err::ulAreaLastLine, "_LastLine=%d > LastLine=%d", l2, getLastLine());
+  if (l1 > l2) KX_THROW(Err::ulAreaLinesReversed, "_FirstLine=%d > _LastLine=%d", l1, l2);
+  if (c1 < iFirstColumn) KX_THROW(Err::ulAreaFirstColumn, "_FirstColumn=%d < FirstColumn=%d", c1, iFirstColumn);
+  if (c2 > getLastColumn()) KX_THROW(Err::ulAreaLastColumn, "_LastColumn=%d > LastColumn=%d", c2, getLastColumn());
+  if (c1 > c2) KX_THROW(Err::ulAreaColumnsReversed, "_FirstColumn=%d > _LastColumn=%d", c1, c2);
 }
 
 // A bare TPlaneBasic has no pixel type; every TPlane<T> answers its own.
-eComparePixelTyp TPlaneBasic::eGetPicturePT() const { KX_THROW0(Err::PixelTypNotIdentifiable); }
+eComparePixelTyp TPlaneBasic::eGetPicturePT() const { KX_THROW0(Err::ulPixelTypNotIdentifiable); }
 
 void TPlaneBasic::setValueRangeMSM(double min, double step, double max) {
   KX_TRY { pCommon->vSetValueRangeMSM(eGetPicturePT(), min, step, max); }

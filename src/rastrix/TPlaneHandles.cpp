@@ -41,7 +41,7 @@ using TCoordinateGuard = THandleGuard<ulCoordinatesystem_DeleteHandle>;
 using TColorGuard = THandleGuard<ulColorSpace_DeleteHandle>;
 
 void check(unsigned long rc, const char* call) {
-  if (rc != 0) KX_THROW(Err::PixelTypNotIdentifiable, "Error on %s()", call);
+  if (rc != 0) KX_THROW(Err::ulPixelTypNotIdentifiable, "Error on %s()", call);
 }
 
 // The address of the first pixel of a plane of any type.
@@ -60,7 +60,7 @@ void* TPlaneBasic::vpCreateIMAGE_HANDLE() const {
     const eComparePixelTyp type = eGetPicturePT();
     void* address = firstPixel(*this);  // invalid plane: 0xe7021004
     // Two blocks cannot be told to the library: it would read the wrong lines.
-    if (bInterlaced) KX_THROW(Err::PixelTypNotIdentifiable, "interlaced memory has no image handle");
+    if (bInterlaced) KX_THROW(Err::ulPixelTypNotIdentifiable, "interlaced memory has no image handle");
     TImageGuard first;
     check(ulImage_CreateHandle(type, first.out()), "ulImage_CreateHandle");
     check(ulImage_Alloc2(first.get(), iLines, iLineDistance, iFirstLine, iFirstColumn, address), "ulImage_Alloc2");

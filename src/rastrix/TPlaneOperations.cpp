@@ -187,7 +187,7 @@ void pixelsWritten(TPlaneBasic& plane) {
 template <class T>
 void TPlane<T>::clear() {
   KX_TRY {
-    if (!bValid) KX_THROW0(Err::PlaneNotValid);
+    if (!bValid) KX_THROW0(Err::ulPlaneNotValid);
     lock();
     const std::size_t bytes = static_cast<std::size_t>(iColumns) * sizeof(T);
     for (int l = iFirstLine; l <= getLastLine(); ++l) std::memset(static_cast<void*>(ppRows[l] + iFirstColumn), 0, bytes);
@@ -362,7 +362,7 @@ void TPlane<T>::insert(const TPlane& src, const CRectangle& r, int toLine, int t
 template <class T>
 void TPlane<T>::insert(const TPlane& src, int l1, int l2, int c1, int c2, int toLine, int toColumn) {
   KX_TRY {
-    if (&src == this) KX_THROW0(Err::InsertIntoItself);
+    if (&src == this) KX_THROW0(Err::ulInsertIntoItself);
     src.proofArea(l1, l2, c1, c2);
     proofArea(toLine, endOf(toLine, l2 - l1), toColumn, endOf(toColumn, c2 - c1));
     const std::size_t bytes = width(c1, c2) * sizeof(T);
@@ -460,10 +460,10 @@ void TPlane<T>::calcMinMax(T& min, T& max, long x, long y, unsigned long radius)
 template <class T>
 void TPlane<T>::scaleDown(const TPlane& src, int iY, int iX, bool alloc) {
   KX_TRY {
-    if (iY < 1) KX_THROW(Err::ScaleDownBlockLines, "_iY=%d <= 0", iY);
-    if (iX < 1) KX_THROW(Err::ScaleDownBlockColumns, "_iX=%d <= 0", iX);
-    if (iY > src.iLines) KX_THROW(Err::ScaleDownBlockTooHigh, "_iY=%d > Lines=%d", iY, src.iLines);
-    if (iX > src.iColumns) KX_THROW(Err::ScaleDownBlockTooWide, "_iX=%d > Columns=%d", iX, src.iColumns);
+    if (iY < 1) KX_THROW(Err::ulScaleDownBlockLines, "_iY=%d <= 0", iY);
+    if (iX < 1) KX_THROW(Err::ulScaleDownBlockColumns, "_iX=%d <= 0", iX);
+    if (iY > src.iLines) KX_THROW(Err::ulScaleDownBlockTooHigh, "_iY=%d > Lines=%d", iY, src.iLines);
+    if (iX > src.iColumns) KX_THROW(Err::ulScaleDownBlockTooWide, "_iX=%d > Columns=%d", iX, src.iColumns);
     const int lines = src.iLines / iY;
     const int columns = src.iColumns / iX;
 
@@ -478,8 +478,8 @@ void TPlane<T>::scaleDown(const TPlane& src, int iY, int iX, bool alloc) {
       }
       this->alloc(lines, columns);
     }
-    if (lines > iLines) KX_THROW(Err::ScaleDownTargetLines, "iLines=%d > Lines=%d", lines, iLines);
-    if (columns > iColumns) KX_THROW(Err::ScaleDownTargetColumns, "iColumns=%d > Columns=%d", columns, iColumns);
+    if (lines > iLines) KX_THROW(Err::ulScaleDownTargetLines, "iLines=%d > Lines=%d", lines, iLines);
+    if (columns > iColumns) KX_THROW(Err::ulScaleDownTargetColumns, "iColumns=%d > Columns=%d", columns, iColumns);
 
     using A = typename TBlockSum<T>::type;
     std::vector<A> acc(static_cast<std::size_t>(columns));

@@ -19,7 +19,7 @@ std::string key(const char* name, int i) { return name + std::to_string(i); }
 
 // Reports the failure of vCalculate or of a point index; the caller goes on.
 void report(const char* file, int line, const char* text) {
-  _TKxSetLastErrorLS(static_cast<long>(Err::CoordinateSystemCalculate), file, line, text);
+  _TKxSetLastErrorLS(static_cast<long>(Err::ulCoordinateSystemCalculate), file, line, text);
 }
 
 // A distance vCalculate divides by; a tiny one is reported, never refused.

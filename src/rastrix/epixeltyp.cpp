@@ -34,4 +34,4 @@ void vGetDefaultValueRangeMSM(eComparePixelTyp e, double* pMin, double* pStep, d
   if (pMax) *pMax = r->max;
 }
 
-void Rastrix::vThrowUnknownPixelTyp(int e) { KX_THROW(Rastrix::Err::UnknownPixelTyp, sUnknownTyp(), e); }
+void Rastrix::vThrowUnknownPixelTyp(int e) { KX_THROW(Rastrix::Err::ulUnknownPixelTyp, sUnknownTyp(), e); }

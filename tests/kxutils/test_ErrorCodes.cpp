@@ -10,11 +10,11 @@ TEST(ErrorCodes, kxutilsNamesHaveTheirNumbers) {
     const char* name;
     unsigned long named, literal;
   } codes[] = {
-      {"ulErrHandle", kxutils::ulErrHandle, 0xe5140001UL},  // our own
-      {"ulErrArgument", kxutils::ulErrArgument, 0xe5140002UL},  // our own
-      {"ulErrType", kxutils::ulErrType, 0xe5140003UL},  // our own
-      {"ulErrNoImage", kxutils::ulErrNoImage, 0xe5140004UL},  // our own
-      {"ulErrOutside", kxutils::ulErrOutside, 0xe7440005UL},  // our own
+      {"ulBadHandle", kxutils::ulBadHandle, 0xe5140001UL},  // our own
+      {"ulBadArgument", kxutils::ulBadArgument, 0xe5140002UL},  // our own
+      {"ulWrongType", kxutils::ulWrongType, 0xe5140003UL},  // our own
+      {"ulNoImage", kxutils::ulNoImage, 0xe5140004UL},  // our own
+      {"ulOutside", kxutils::ulOutside, 0xe7440005UL},  // our own
   };
   for (const auto& c : codes) EXPECT_EQ(c.named, c.literal) << c.name;
 }

@@ -42,8 +42,8 @@ TEST(ulImage, LooksOntoGivenMemoryFromItsFirstPixel) {
   void* a = nullptr;
   ASSERT_EQ(ulImage_GetPixelAddress(h, 100, -3, &a), ulOk);
   EXPECT_EQ(a, mem.data());
-  EXPECT_EQ(ulImage_GetPixel(h, 99, 0, v, &n), ulErrOutside);
-  EXPECT_EQ(ulImage_GetPixel(h, 100, 7, v, &n), ulErrOutside);
+  EXPECT_EQ(ulImage_GetPixel(h, 99, 0, v, &n), ulOutside);
+  EXPECT_EQ(ulImage_GetPixel(h, 100, 7, v, &n), ulOutside);
   EXPECT_EQ(liveImages(), before + 1);
   ASSERT_EQ(ulImage_DeleteHandle(&h), ulOk);
   EXPECT_EQ(h, nullptr);
@@ -60,8 +60,8 @@ TEST(ulImage, ConnectNarrowsAnAreaAndKeepsOwnMemoryAlive) {
   std::memcpy(p, colour, sizeof colour);
   void* part = nullptr;
   ASSERT_EQ(ulImage_CreateHandle(4, &part), ulOk);
-  EXPECT_EQ(ulImage_ConnectImage(part, 2, 2, 3, 4, big), ulErrOutside);  // line 4 is outside
-  EXPECT_EQ(ulImage_ConnectImage(part, 0, 2, 1, 1, big), ulErrArgument);
+  EXPECT_EQ(ulImage_ConnectImage(part, 2, 2, 3, 4, big), ulOutside);  // line 4 is outside
+  EXPECT_EQ(ulImage_ConnectImage(part, 0, 2, 1, 1, big), ulBadArgument);
   ASSERT_EQ(ulImage_ConnectImage(part, 2, 2, 2, 3, big), ulOk);
   ASSERT_EQ(ulImage_DeleteHandle(&big), ulOk);  // the connected image keeps the memory
   double v[3];
@@ -72,7 +72,7 @@ TEST(ulImage, ConnectNarrowsAnAreaAndKeepsOwnMemoryAlive) {
   EXPECT_EQ(v[2], 3.0);
   ASSERT_EQ(ulImage_GetPixel(part, 3, 4, v, &n), ulOk);
   EXPECT_EQ(v[1], 0.0);
-  EXPECT_EQ(ulImage_GetPixel(part, 2, 5, v, &n), ulErrOutside);
+  EXPECT_EQ(ulImage_GetPixel(part, 2, 5, v, &n), ulOutside);
   TImageInfo info;
   ASSERT_EQ(ulImage_GetInfo(part, &info), ulOk);
   EXPECT_EQ(info.lineDistance, 5);
@@ -83,36 +83,36 @@ TEST(ulImage, ConnectNarrowsAnAreaAndKeepsOwnMemoryAlive) {
 
 TEST(ulImage, BadHandlesAndArgumentsAreRefused) {
   void* h = nullptr;
-  EXPECT_EQ(ulImage_CreateHandle(6, &h), ulErrType);
-  EXPECT_EQ(ulImage_CreateHandle(0, nullptr), ulErrArgument);
+  EXPECT_EQ(ulImage_CreateHandle(6, &h), ulWrongType);
+  EXPECT_EQ(ulImage_CreateHandle(0, nullptr), ulBadArgument);
   ASSERT_EQ(ulImage_CreateHandle(0, &h), ulOk);
   double v[3];
   int n;
-  EXPECT_EQ(ulImage_GetPixel(h, 0, 0, v, &n), ulErrNoImage);
-  EXPECT_EQ(ulImage_Alloc2(h, 0, 5, 0, 0, nullptr), ulErrArgument);
+  EXPECT_EQ(ulImage_GetPixel(h, 0, 0, v, &n), ulNoImage);
+  EXPECT_EQ(ulImage_Alloc2(h, 0, 5, 0, 0, nullptr), ulBadArgument);
   void* other = nullptr;
   ASSERT_EQ(ulImage_CreateHandle(2, &other), ulOk);
   ASSERT_EQ(ulImage_Alloc2(other, 2, 2, 0, 0, nullptr), ulOk);
   void* huge = nullptr;
   ASSERT_EQ(ulImage_CreateHandle(4, &huge), ulOk);
-  EXPECT_EQ(ulImage_Alloc2(huge, INT32_MAX, INT32_MAX, 0, 0, nullptr), ulErrArgument);  // beyond any memory
+  EXPECT_EQ(ulImage_Alloc2(huge, INT32_MAX, INT32_MAX, 0, 0, nullptr), ulBadArgument);  // beyond any memory
   EXPECT_EQ(ulImage_DeleteHandle(&huge), ulOk);
-  EXPECT_EQ(ulImage_ConnectImage(h, 1, 1, 0, 0, other), ulErrType);
+  EXPECT_EQ(ulImage_ConnectImage(h, 1, 1, 0, 0, other), ulWrongType);
   void* stale = h;
   ASSERT_EQ(ulImage_DeleteHandle(&h), ulOk);
-  EXPECT_EQ(ulImage_DeleteHandle(&stale), ulErrHandle);  // deleted twice
-  EXPECT_EQ(ulImage_GetInfo(stale, nullptr), ulErrArgument);
+  EXPECT_EQ(ulImage_DeleteHandle(&stale), ulBadHandle);  // deleted twice
+  EXPECT_EQ(ulImage_GetInfo(stale, nullptr), ulBadArgument);
   TImageInfo info;
-  EXPECT_EQ(ulImage_GetInfo(stale, &info), ulErrHandle);
-  EXPECT_EQ(ulImage_GetInfo(reinterpret_cast<void*>(0x12345), &info), ulErrHandle);  // made up
-  EXPECT_EQ(ulImage_GetInfo(nullptr, &info), ulErrHandle);
+  EXPECT_EQ(ulImage_GetInfo(stale, &info), ulBadHandle);
+  EXPECT_EQ(ulImage_GetInfo(reinterpret_cast<void*>(0x12345), &info), ulBadHandle);  // made up
+  EXPECT_EQ(ulImage_GetInfo(nullptr, &info), ulBadHandle);
   void* cs = nullptr;
   ASSERT_EQ(ulCoordinatesystem_CreateHandle(&cs), ulOk);
-  EXPECT_EQ(ulImage_GetInfo(cs, &info), ulErrHandle);  // a handle of another kind
-  EXPECT_EQ(ulColorSpace_DeleteHandle(&cs), ulErrHandle);
+  EXPECT_EQ(ulImage_GetInfo(cs, &info), ulBadHandle);  // a handle of another kind
+  EXPECT_EQ(ulColorSpace_DeleteHandle(&cs), ulBadHandle);
   EXPECT_EQ(ulCoordinatesystem_DeleteHandle(&cs), ulOk);
   EXPECT_EQ(ulImage_DeleteHandle(&other), ulOk);
-  EXPECT_EQ(ulImage_DeleteHandle(nullptr), ulErrArgument);
+  EXPECT_EQ(ulImage_DeleteHandle(nullptr), ulBadArgument);
 }
 
 TEST(ulImage, HandlesFromManyThreads) {
@@ -152,7 +152,7 @@ TEST(ulCoordinatesystem, CarriesWhatItIsGiven) {
   EXPECT_EQ(info.scaleY, -1.0);
   EXPECT_EQ(info.offsetX, 10.0);
   ASSERT_EQ(ulCoordinatesystem_DeleteHandle(&h), ulOk);
-  EXPECT_EQ(ulCoordinatesystem_SetName(h, "x"), ulErrHandle);
+  EXPECT_EQ(ulCoordinatesystem_SetName(h, "x"), ulBadHandle);
 }
 
 TEST(ulColorSpace, DestinationIsOneFlag) {
@@ -161,8 +161,8 @@ TEST(ulColorSpace, DestinationIsOneFlag) {
   TColorSpaceInfo info;
   ASSERT_EQ(ulColorSpace_GetInfo(h, &info), ulOk);
   EXPECT_EQ(info.destination, 1u);
-  EXPECT_EQ(ulColorSpace_SetDestination(h, 0x30, 1, 1, 1), ulErrArgument);
-  EXPECT_EQ(ulColorSpace_SetDestination(h, 0, 1, 1, 1), ulErrArgument);
+  EXPECT_EQ(ulColorSpace_SetDestination(h, 0x30, 1, 1, 1), ulBadArgument);
+  EXPECT_EQ(ulColorSpace_SetDestination(h, 0, 1, 1, 1), ulBadArgument);
   ASSERT_EQ(ulColorSpace_SetDestination(h, 0x10, 200, 210, 220), ulOk);
   ASSERT_EQ(ulColorSpace_GetInfo(h, &info), ulOk);
   EXPECT_EQ(info.destination, 0x10u);

@@ -10,22 +10,22 @@ TEST(ErrorCodes, object98NamesHaveTheirNumbers) {
     const char* name;
     unsigned long named, literal;
   } codes[] = {
-      {"ulErrVectorErase", object98::ulErrVectorErase, 0xe7422030UL},
-      {"ulErrVectorIndex", object98::ulErrVectorIndex, 0xe7422031UL},
-      {"ulErrRLCLineIndex", object98::ulErrRLCLineIndex, 0xe742203aUL},
-      {"ulErrRLCLineIndexConst", object98::ulErrRLCLineIndexConst, 0xe742203bUL},
-      {"ulErrRLCTypeNotImplemented", object98::ulErrRLCTypeNotImplemented, 0xe072203cUL},
-      {"ulErrRLCPointCount", object98::ulErrRLCPointCount, 0xe072203dUL},
-      {"ulErrRLCWrite", object98::ulErrRLCWrite, 0xe352203eUL},
-      {"ulErrRLCRead", object98::ulErrRLCRead, 0xe322203fUL},
-      {"ulErrRLCRunIndex", object98::ulErrRLCRunIndex, 0xe7422060UL},  // our own
-      {"ulErrRLCEmptyLine", object98::ulErrRLCEmptyLine, 0xe7422061UL},  // our own
-      {"ulErrRLCPolygonCheck", object98::ulErrRLCPolygonCheck, 0xe7422062UL},  // our own
-      {"ulErrRLCFileFormat", object98::ulErrRLCFileFormat, 0xe3222064UL},  // our own
-      {"ulErrRLCTooFewPoints", object98::ulErrRLCTooFewPoints, 0xe7522066UL},  // our own
-      {"ulErrRLCCoordinateRange", object98::ulErrRLCCoordinateRange, 0xe7522067UL},  // our own
-      {"ulErrRLCValueText", object98::ulErrRLCValueText, 0xe7522068UL},  // our own
-      {"ulErrRLCValueRange", object98::ulErrRLCValueRange, 0xe7422069UL},  // our own
+      {"ulVectorErase", object98::ulVectorErase, 0xe7422030UL},
+      {"ulVectorIndex", object98::ulVectorIndex, 0xe7422031UL},
+      {"ulRLCLineIndex", object98::ulRLCLineIndex, 0xe742203aUL},
+      {"ulRLCLineIndexConst", object98::ulRLCLineIndexConst, 0xe742203bUL},
+      {"ulRLCTypeNotImplemented", object98::ulRLCTypeNotImplemented, 0xe072203cUL},
+      {"ulRLCPointCount", object98::ulRLCPointCount, 0xe072203dUL},
+      {"ulRLCWrite", object98::ulRLCWrite, 0xe352203eUL},
+      {"ulRLCRead", object98::ulRLCRead, 0xe322203fUL},
+      {"ulRLCRunIndex", object98::ulRLCRunIndex, 0xe7422060UL},  // our own
+      {"ulRLCEmptyLine", object98::ulRLCEmptyLine, 0xe7422061UL},  // our own
+      {"ulRLCPolygonCheck", object98::ulRLCPolygonCheck, 0xe7422062UL},  // our own
+      {"ulRLCFileFormat", object98::ulRLCFileFormat, 0xe3222064UL},  // our own
+      {"ulRLCTooFewPoints", object98::ulRLCTooFewPoints, 0xe7522066UL},  // our own
+      {"ulRLCCoordinateRange", object98::ulRLCCoordinateRange, 0xe7522067UL},  // our own
+      {"ulRLCValueText", object98::ulRLCValueText, 0xe7522068UL},  // our own
+      {"ulRLCValueRange", object98::ulRLCValueRange, 0xe7422069UL},  // our own
   };
   for (const auto& c : codes) EXPECT_EQ(c.named, c.literal) << c.name;
 }

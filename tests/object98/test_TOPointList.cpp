@@ -26,9 +26,9 @@ TEST(TVector98, GrowsByTenAndChecksIndices) {
   v.erase(0);
   EXPECT_EQ(v.size(), 32);
   EXPECT_EQ(v[0], 2);
-  EXPECT_EQ(codeOf([&] { (void)v[32]; }), object98::ulErrVectorIndex);
-  EXPECT_EQ(codeOf([&] { v.erase(32); }), object98::ulErrVectorErase);
-  EXPECT_EQ(codeOf([&] { v.erase(-1); }), object98::ulErrVectorErase);
+  EXPECT_EQ(codeOf([&] { (void)v[32]; }), object98::ulVectorIndex);
+  EXPECT_EQ(codeOf([&] { v.erase(32); }), object98::ulVectorErase);
+  EXPECT_EQ(codeOf([&] { v.erase(-1); }), object98::ulVectorErase);
   EXPECT_NE(chainOf([&] { (void)v[40]; }).find("Index=40 >= Size=32"), std::string::npos);
   TVector98<int> c(v);
   c[0] = 99;

@@ -108,7 +108,7 @@ TEST(TPicture2RLC, Transform256OfAConstantPlaneAndBoundsNarrowedToThePlane) {
   EXPECT_EQ(v.size(), 6u);
   for (const TRLCArray& r : v) EXPECT_EQ(r.size(), 0);
   TPlane<unsigned char> none;
-  EXPECT_EQ(codeOf([&] { TPicture2RLC::vTransform256(none, v, 255, 0); }), Rastrix::Err::PlaneNotValid);
+  EXPECT_EQ(codeOf([&] { TPicture2RLC::vTransform256(none, v, 255, 0); }), Rastrix::Err::ulPlaneNotValid);
 }
 
 TEST(TPicture2RLC, FloatPictureMatchesANaiveScan) {
@@ -164,7 +164,7 @@ TEST(TPicture2RLC, RegionToFloatPictureClipsAndStamps) {
   EXPECT_EQ(rec.codes.back(), 51u);
   EXPECT_NE(std::find(rec.codes.begin(), rec.codes.end(), 5u), rec.codes.end());  // the date
   TPlane<float> none;
-  EXPECT_EQ(codeOf([&] { TPicture2RLC::vRLC2FloatPicture(region, none, 1, 0); }), Rastrix::Err::PlaneNotValid);
+  EXPECT_EQ(codeOf([&] { TPicture2RLC::vRLC2FloatPicture(region, none, 1, 0); }), Rastrix::Err::ulPlaneNotValid);
 }
 
 // ---- TRLC2Picture ------------------------------------------------------------
@@ -257,7 +257,7 @@ TEST(TRLC2Picture, ParsesTheValueByThePixelType) {
   const TRGBFloatPixel rgbf = setFromText<TRGBFloatPixel>("0.5 1e3 -2");
   EXPECT_EQ((std::array{rgbf.r, rgbf.g, rgbf.b}), (std::array{0.5f, 1000.0f, -2.0f}));
 
-  const unsigned long range = object98::ulErrRLCValueRange, text = object98::ulErrRLCValueText;
+  const unsigned long range = object98::ulRLCValueRange, text = object98::ulRLCValueText;
   EXPECT_EQ(codeFromText<unsigned char>("257"), range);
   EXPECT_EQ(codeFromText<unsigned char>("-1"), range);
   EXPECT_EQ(codeFromText<unsigned short>("65536"), range);
@@ -275,8 +275,8 @@ TEST(TRLC2Picture, ParsesTheValueByThePixelType) {
 
   const TRLCArray dot(TOPointList<int>(ePoint, {{1, 0}}));
   Rastrix::TPlaneBasic bare;
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(&bare).vSet("1", dot); }), Rastrix::Err::UnknownPixelTyp);
-  EXPECT_EQ(codeOf([&] { TRLC2Picture(nullptr).vSet("1", dot); }), Rastrix::Err::UnknownPixelTyp);
+  EXPECT_EQ(codeOf([&] { TRLC2Picture(&bare).vSet("1", dot); }), Rastrix::Err::ulUnknownPixelTyp);
+  EXPECT_EQ(codeOf([&] { TRLC2Picture(nullptr).vSet("1", dot); }), Rastrix::Err::ulUnknownPixelTyp);
 }
 
 }  // namespace

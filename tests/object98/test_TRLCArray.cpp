@@ -16,8 +16,8 @@ TEST(TRLCArray, EmptyArray) {
   EXPECT_EQ(a.size(), 0);
   EXPECT_EQ(a.pixel(), 0);
   const TRLCArray& c = a;
-  EXPECT_EQ(codeOf([&] { (void)c[0]; }), object98::ulErrRLCLineIndexConst);
-  EXPECT_EQ(codeOf([&] { (void)a[0]; }), object98::ulErrRLCLineIndex);
+  EXPECT_EQ(codeOf([&] { (void)c[0]; }), object98::ulRLCLineIndexConst);
+  EXPECT_EQ(codeOf([&] { (void)a[0]; }), object98::ulRLCLineIndex);
   EXPECT_NE(chainOf([&] { (void)a[3]; }).find("Line=3 FirstLine=0 LastLine=-1"), std::string::npos);
 }
 

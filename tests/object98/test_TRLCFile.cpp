@@ -78,13 +78,13 @@ TEST_F(RLCFile, ReadAcceptsLfAndAnyWhiteSpace) {
 TEST_F(RLCFile, MissingFilesRaiseTheirCodes) {
   TLanguage::setEnglisch();
   TRLCArray a = makeArray(0, 0, 1, {{{0, 1}}});
-  EXPECT_EQ(codeOf([&] { a.read(path("none.rlc").c_str()); }), object98::ulErrRLCRead);
+  EXPECT_EQ(codeOf([&] { a.read(path("none.rlc").c_str()); }), object98::ulRLCRead);
   EXPECT_EQ(a.size(), 0);
   EXPECT_NE(chainOf([&] { a.read(path("none.rlc").c_str()); }).find("Can not read file"), std::string::npos);
-  EXPECT_EQ(codeOf([&] { a.write(path("no/such/dir.rlc").c_str()); }), object98::ulErrRLCWrite);
+  EXPECT_EQ(codeOf([&] { a.write(path("no/such/dir.rlc").c_str()); }), object98::ulRLCWrite);
   TLanguage::setDeutsch();
   EXPECT_NE(chainOf([&] { a.write(path("no/dir.rlc").c_str()); }).find("nicht schreibbar"), std::string::npos);
-  EXPECT_EQ(codeOf([&] { a.read(dir_.string().c_str()); }), object98::ulErrRLCRead);  // a directory
+  EXPECT_EQ(codeOf([&] { a.read(dir_.string().c_str()); }), object98::ulRLCRead);  // a directory
 }
 
 TEST_F(RLCFile, MalformedFilesRaiseAndLeaveAnEmptyArray) {
@@ -110,7 +110,7 @@ TEST_F(RLCFile, MalformedFilesRaiseAndLeaveAnEmptyArray) {
   for (const char* text : bad) {
     TRLCArray a = makeArray(0, 0, 1, {{{0, 1}}});
     const std::string p = put("bad.rlc", text);
-    EXPECT_EQ(codeOf([&] { a.read(p.c_str()); }), object98::ulErrRLCFileFormat) << "case " << i;
+    EXPECT_EQ(codeOf([&] { a.read(p.c_str()); }), object98::ulRLCFileFormat) << "case " << i;
     EXPECT_EQ(boxOf(a), (Box{0, -1, 0, -1})) << "case " << i;
     ++i;
   }
@@ -149,7 +149,7 @@ TEST_F(RLCFile, FuzzedFilesNeverCrash) {
         for (const TRLC& r : l) n += r.getWidth();
       EXPECT_EQ(n, a.pixel());
     } else {
-      EXPECT_EQ(code, object98::ulErrRLCFileFormat);
+      EXPECT_EQ(code, object98::ulRLCFileFormat);
       EXPECT_EQ(a.size(), 0);
     }
   }

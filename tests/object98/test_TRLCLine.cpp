@@ -78,10 +78,10 @@ TEST(TRLCLine, AccessPixelAndErrors) {
   EXPECT_EQ(l[0], TRLC(6, 8));
   TRLCLine empty;
   EXPECT_EQ(empty.pixel(), 0);
-  EXPECT_EQ(codeOf([&] { (void)l[2]; }), object98::ulErrRLCRunIndex);
-  EXPECT_EQ(codeOf([&] { (void)l[-1]; }), object98::ulErrRLCRunIndex);
-  EXPECT_EQ(codeOf([&] { (void)empty.getFirstColumn(); }), object98::ulErrRLCEmptyLine);
-  EXPECT_EQ(codeOf([&] { (void)empty.getLastColumn(); }), object98::ulErrRLCEmptyLine);
+  EXPECT_EQ(codeOf([&] { (void)l[2]; }), object98::ulRLCRunIndex);
+  EXPECT_EQ(codeOf([&] { (void)l[-1]; }), object98::ulRLCRunIndex);
+  EXPECT_EQ(codeOf([&] { (void)empty.getFirstColumn(); }), object98::ulRLCEmptyLine);
+  EXPECT_EQ(codeOf([&] { (void)empty.getLastColumn(); }), object98::ulRLCEmptyLine);
 }
 
 }  // namespace

@@ -125,17 +125,17 @@ TEST(Rasterise, DispatchAndErrors) {
   const struct {
     TOPointList<int> shape;
     unsigned long code;
-  } cases[] = {{pl(eEllipse, {{0, 0}, {5, 5}}), object98::ulErrRLCTypeNotImplemented},
-               {pl(eOrGroup, {{0, 0}}), object98::ulErrRLCTypeNotImplemented},
-               {pl(eXorGroup, {{0, 0}}), object98::ulErrRLCTypeNotImplemented},
-               {pl(eAndGroup, {{0, 0}}), object98::ulErrRLCTypeNotImplemented},
-               {pl(static_cast<TOPL_Typ>(99), {{0, 0}}), object98::ulErrRLCTypeNotImplemented},
-               {pl(ePoint, {{0, 0}, {1, 1}}), object98::ulErrRLCPointCount},
-               {pl(eCircle, {{0, 0}}), object98::ulErrRLCTooFewPoints},
-               {pl(eRectangle, {{0, 0}, {1, 0}, {1, 1}}), object98::ulErrRLCTooFewPoints},
-               {pl(ePolyline, {{0, 0}}), object98::ulErrRLCTooFewPoints},
-               {pl(ePolygon, {}), object98::ulErrRLCTooFewPoints},
-               {pl(eLine, {{0, 0}, {1 << 30, 0}}), object98::ulErrRLCCoordinateRange}};
+  } cases[] = {{pl(eEllipse, {{0, 0}, {5, 5}}), object98::ulRLCTypeNotImplemented},
+               {pl(eOrGroup, {{0, 0}}), object98::ulRLCTypeNotImplemented},
+               {pl(eXorGroup, {{0, 0}}), object98::ulRLCTypeNotImplemented},
+               {pl(eAndGroup, {{0, 0}}), object98::ulRLCTypeNotImplemented},
+               {pl(static_cast<TOPL_Typ>(99), {{0, 0}}), object98::ulRLCTypeNotImplemented},
+               {pl(ePoint, {{0, 0}, {1, 1}}), object98::ulRLCPointCount},
+               {pl(eCircle, {{0, 0}}), object98::ulRLCTooFewPoints},
+               {pl(eRectangle, {{0, 0}, {1, 0}, {1, 1}}), object98::ulRLCTooFewPoints},
+               {pl(ePolyline, {{0, 0}}), object98::ulRLCTooFewPoints},
+               {pl(ePolygon, {}), object98::ulRLCTooFewPoints},
+               {pl(eLine, {{0, 0}, {1 << 30, 0}}), object98::ulRLCCoordinateRange}};
   for (const auto& c : cases) {
     a = pl(ePoint, {{1, 1}});
     EXPECT_EQ(codeOf([&] { a.calcRLC(c.shape); }), c.code) << int(c.shape.eGetTyp());

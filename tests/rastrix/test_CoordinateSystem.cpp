@@ -94,9 +94,9 @@ TEST(CoordinateSystem, LinearMapsWithTheMatrixAndHasNoWayBack) {
   EXPECT_DOUBLE_EQ(x, 1.5);
   EXPECT_DOUBLE_EQ(y, -7.5);
   int c = 0, l = 0;
-  EXPECT_EQ(codeOf([&] { cs.vGetOrgXY(&c, &l, 1, 1); }), Err::CoordinateSystemNoWayBack);
+  EXPECT_EQ(codeOf([&] { cs.vGetOrgXY(&c, &l, 1, 1); }), Err::ulCoordinateSystemNoWayBack);
   double cd = 0, ld = 0;
-  EXPECT_EQ(codeOf([&] { cs.vGetOrgXY2(&cd, &ld, 1, 1); }), Err::CoordinateSystemNoWayBack);
+  EXPECT_EQ(codeOf([&] { cs.vGetOrgXY2(&cd, &ld, 1, 1); }), Err::ulCoordinateSystemNoWayBack);
 }
 
 TEST(CoordinateSystem, MeasuresOfLinesAndCircles) {
@@ -212,7 +212,7 @@ TEST(CoordinateSystem, CalculateReportsZeroDistancesAndGoesOn) {
     cs.vSetPoint(2, k.x1, k.y2, k.c1, k.l2);
     TKxReportLastError(false);
     cs.vCalculate();  // no throw
-    EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::CoordinateSystemCalculate));
+    EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::ulCoordinateSystemCalculate));
     EXPECT_FALSE(std::isfinite(cs.dGetA11()) && std::isfinite(cs.dGetA22()) && cs.dGetA11() != 0 &&
                  cs.dGetA22() != 0);
   }
@@ -221,7 +221,7 @@ TEST(CoordinateSystem, CalculateReportsZeroDistancesAndGoesOn) {
   line.vSetPoint(1, 1, 1, 0, 0);
   TKxReportLastError(false);
   line.vCalculate();
-  EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::CoordinateSystemCalculate));
+  EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::ulCoordinateSystemCalculate));
   TKxReportLastError(false);
 }
 
@@ -230,7 +230,7 @@ TEST(CoordinateSystem, PointIndexOutsideIsReportedAndWritesNothing) {
   for (int bad : {4, -1}) {
     TKxReportLastError(false);
     cs.vSetPoint(bad, 1, 2, 3, 4);
-    EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::CoordinateSystemCalculate)) << bad;
+    EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::ulCoordinateSystemCalculate)) << bad;
   }
   TKxReportLastError(false);
   for (int i = 0; i < 4; ++i) EXPECT_EQ(cs.rGetPoint(i), TSizeShiftCoordinateSystem::TPoint{}) << i;
@@ -241,7 +241,7 @@ TEST(CoordinateSystem, PointIndexOutsideIsReportedAndWritesNothing) {
   EXPECT_TRUE(x == 1.5 && y == 2.5 && c == 3 && l == 4);
   EXPECT_EQ(TKxGetLastError(), 0);
   cs.vGetPoint(9, &x, nullptr, nullptr, nullptr);
-  EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::CoordinateSystemCalculate));
+  EXPECT_EQ(TKxGetLastError(), static_cast<long>(Err::ulCoordinateSystemCalculate));
   EXPECT_EQ(x, 1.5);
   TKxReportLastError(false);
 }

@@ -48,11 +48,11 @@ TEST(CoordinateSystemVector, IsTheDefaultSystemAndIndexMinusOne) {
   EXPECT_EQ(global->eGetTyp(static_cast<const TCoordinateSystem*>(nullptr)), eKSDefault);
 
   TCoordinateSystemVector v;
-  EXPECT_EQ(codeOf([&] { v[0]; }), Err::CoordinateSystemIndex);
-  EXPECT_EQ(codeOf([&] { v.vDelete(-1); }), Err::CoordinateSystemIndex);
+  EXPECT_EQ(codeOf([&] { v[0]; }), Err::ulCoordinateSystemIndex);
+  EXPECT_EQ(codeOf([&] { v.vDelete(-1); }), Err::ulCoordinateSystemIndex);
   fillAllClasses(v);
   for (int t = 0; t <= 5; ++t) EXPECT_TRUE(v.eGetTyp(t) == t && v.iIndexOf(v[t]) == t) << t;
-  for (int bad : {6, -2}) EXPECT_EQ(codeOf([&] { v[bad]; }), Err::CoordinateSystemIndex) << bad;
+  for (int bad : {6, -2}) EXPECT_EQ(codeOf([&] { v[bad]; }), Err::ulCoordinateSystemIndex) << bad;
   EXPECT_EQ(v.iIndexOf(&v), -1);
   TCoordinateSystem stranger;
   EXPECT_EQ(v.iIndexOf(&stranger), -2);
@@ -160,7 +160,7 @@ TEST(CoordinateSystemVector, UsedSystemsStayCompressRemovesTheRest) {
   s1->vIncreaseUser();
   s4->vIncreaseUser();
   EXPECT_EQ(v.iCountNotUsed(), 4);
-  EXPECT_EQ(codeOf([&] { v.vDelete(1); }), Err::CoordinateSystemInUse);
+  EXPECT_EQ(codeOf([&] { v.vDelete(1); }), Err::ulCoordinateSystemInUse);
   v.vDelete(5);
   EXPECT_EQ(v.size(), 5);
   v.vCompress();
@@ -381,7 +381,7 @@ TEST(CoordinateSystemVector, PlanesCountAsUsersAndShowTheWorld) {
     EXPECT_GT(plane.getTimeStamp(), before);
 
     const int index = v.iIndexOf(held);
-    EXPECT_EQ(codeOf([&] { v.vDelete(index); }), Err::CoordinateSystemInUse);
+    EXPECT_EQ(codeOf([&] { v.vDelete(index); }), Err::ulCoordinateSystemInUse);
     v.vCompress();
     EXPECT_GE(v.iIndexOf(held), 0) << "a used system survives";
   }

@@ -10,37 +10,37 @@ TEST(ErrorCodes, rastrixNamesHaveTheirNumbers) {
     const char* name;
     unsigned long named, literal;
   } codes[] = {
-      {"UnknownPixelTyp", Rastrix::Err::UnknownPixelTyp, 0x07000000UL},
-      {"PixelTokenUnreadable", Rastrix::Err::PixelTokenUnreadable, 0x03300000UL},
-      {"PlaneNotValid", Rastrix::Err::PlaneNotValid, 0xe7021004UL},
-      {"LineDistanceTooSmall", Rastrix::Err::LineDistanceTooSmall, 0xe7121003UL},
-      {"PlaneBeyondIntRange", Rastrix::Err::PlaneBeyondIntRange, 0xe71210c8UL},  // our own
-      {"InterlacedTooFewLines", Rastrix::Err::InterlacedTooFewLines, 0xe7121005UL},
-      {"LineOutside", Rastrix::Err::LineOutside, 0xe742101bUL},
-      {"AreaFirstLine", Rastrix::Err::AreaFirstLine, 0xe712101cUL},
-      {"AreaLastLine", Rastrix::Err::AreaLastLine, 0xe722101dUL},
-      {"AreaLinesReversed", Rastrix::Err::AreaLinesReversed, 0xe752101eUL},
-      {"AreaFirstColumn", Rastrix::Err::AreaFirstColumn, 0xe712101fUL},
-      {"AreaLastColumn", Rastrix::Err::AreaLastColumn, 0xe7221020UL},
-      {"AreaColumnsReversed", Rastrix::Err::AreaColumnsReversed, 0xe7521021UL},
-      {"SubPictureArea", Rastrix::Err::SubPictureArea, 0xe5121023UL},
-      {"ValueRange", Rastrix::Err::ValueRange, 0xe5121096UL},
-      {"PixelTypNotIdentifiable", Rastrix::Err::PixelTypNotIdentifiable, 0xe7021097UL},
-      {"NoFileOnBasicPlane", Rastrix::Err::NoFileOnBasicPlane, 0xe0721098UL},
-      {"InsertIntoItself", Rastrix::Err::InsertIntoItself, 0xe7721022UL},
-      {"ScaleDownBlockLines", Rastrix::Err::ScaleDownBlockLines, 0xe7521071UL},
-      {"ScaleDownBlockColumns", Rastrix::Err::ScaleDownBlockColumns, 0xe7521072UL},
-      {"ScaleDownBlockTooHigh", Rastrix::Err::ScaleDownBlockTooHigh, 0xe7521073UL},
-      {"ScaleDownBlockTooWide", Rastrix::Err::ScaleDownBlockTooWide, 0xe7521074UL},
-      {"ScaleDownTargetLines", Rastrix::Err::ScaleDownTargetLines, 0xe7521075UL},
-      {"ScaleDownTargetColumns", Rastrix::Err::ScaleDownTargetColumns, 0xe7521076UL},
-      {"CoordinateSystemCalculate", Rastrix::Err::CoordinateSystemCalculate, 0xe5121099UL},
-      {"CoordinateSystemIndex", Rastrix::Err::CoordinateSystemIndex, 0xe74210c5UL},  // our own
-      {"CoordinateSystemInUse", Rastrix::Err::CoordinateSystemInUse, 0xe53210c6UL},  // our own
-      {"CoordinateSystemNoWayBack", Rastrix::Err::CoordinateSystemNoWayBack, 0xe76210c7UL},  // our own
-      {"ColorSpaceIndex", Rastrix::Err::ColorSpaceIndex, 0xe0721084UL},
-      {"ColorSpaceNoWayBack", Rastrix::Err::ColorSpaceNoWayBack, 0xe072108eUL},
-      {"KlassifikatorIndex", Rastrix::Err::KlassifikatorIndex, 0x5100000UL},
+      {"ulUnknownPixelTyp", Rastrix::Err::ulUnknownPixelTyp, 0x07000000UL},
+      {"ulPixelTokenUnreadable", Rastrix::Err::ulPixelTokenUnreadable, 0x03300000UL},
+      {"ulPlaneNotValid", Rastrix::Err::ulPlaneNotValid, 0xe7021004UL},
+      {"ulLineDistanceTooSmall", Rastrix::Err::ulLineDistanceTooSmall, 0xe7121003UL},
+      {"ulPlaneBeyondIntRange", Rastrix::Err::ulPlaneBeyondIntRange, 0xe71210c8UL},  // our own
+      {"ulInterlacedTooFewLines", Rastrix::Err::ulInterlacedTooFewLines, 0xe7121005UL},
+      {"ulLineOutside", Rastrix::Err::ulLineOutside, 0xe742101bUL},
+      {"ulAreaFirstLine", Rastrix::Err::ulAreaFirstLine, 0xe712101cUL},
+      {"ulAreaLastLine", Rastrix::Err::ulAreaLastLine, 0xe722101dUL},
+      {"ulAreaLinesReversed", Rastrix::Err::ulAreaLinesReversed, 0xe752101eUL},
+      {"ulAreaFirstColumn", Rastrix::Err::ulAreaFirstColumn, 0xe712101fUL},
+      {"ulAreaLastColumn", Rastrix::Err::ulAreaLastColumn, 0xe7221020UL},
+      {"ulAreaColumnsReversed", Rastrix::Err::ulAreaColumnsReversed, 0xe7521021UL},
+      {"ulSubPictureArea", Rastrix::Err::ulSubPictureArea, 0xe5121023UL},
+      {"ulValueRange", Rastrix::Err::ulValueRange, 0xe5121096UL},
+      {"ulPixelTypNotIdentifiable", Rastrix::Err::ulPixelTypNotIdentifiable, 0xe7021097UL},
+      {"ulNoFileOnBasicPlane", Rastrix::Err::ulNoFileOnBasicPlane, 0xe0721098UL},
+      {"ulInsertIntoItself", Rastrix::Err::ulInsertIntoItself, 0xe7721022UL},
+      {"ulScaleDownBlockLines", Rastrix::Err::ulScaleDownBlockLines, 0xe7521071UL},
+      {"ulScaleDownBlockColumns", Rastrix::Err::ulScaleDownBlockColumns, 0xe7521072UL},
+      {"ulScaleDownBlockTooHigh", Rastrix::Err::ulScaleDownBlockTooHigh, 0xe7521073UL},
+      {"ulScaleDownBlockTooWide", Rastrix::Err::ulScaleDownBlockTooWide, 0xe7521074UL},
+      {"ulScaleDownTargetLines", Rastrix::Err::ulScaleDownTargetLines, 0xe7521075UL},
+      {"ulScaleDownTargetColumns", Rastrix::Err::ulScaleDownTargetColumns, 0xe7521076UL},
+      {"ulCoordinateSystemCalculate", Rastrix::Err::ulCoordinateSystemCalculate, 0xe5121099UL},
+      {"ulCoordinateSystemIndex", Rastrix::Err::ulCoordinateSystemIndex, 0xe74210c5UL},  // our own
+      {"ulCoordinateSystemInUse", Rastrix::Err::ulCoordinateSystemInUse, 0xe53210c6UL},  // our own
+      {"ulCoordinateSystemNoWayBack", Rastrix::Err::ulCoordinateSystemNoWayBack, 0xe76210c7UL},  // our own
+      {"ulColorSpaceIndex", Rastrix::Err::ulColorSpaceIndex, 0xe0721084UL},
+      {"ulColorSpaceNoWayBack", Rastrix::Err::ulColorSpaceNoWayBack, 0xe072108eUL},
+      {"ulKlassifikatorIndex", Rastrix::Err::ulKlassifikatorIndex, 0x5100000UL},
   };
   for (const auto& c : codes) EXPECT_EQ(c.named, c.literal) << c.name;
 }

@@ -258,9 +258,9 @@ TEST(PixelText, ColourRoundTripSwapsOnlyBytePixels) {
 TEST(PixelText, MalformedInputRaisesWithoutText) {
   const char* bad[] = {"", "   ", "abc", "\x01\x02", ",", "-", "+e5", "\xff\xfe"};
   for (const char* b : bad) {
-    EXPECT_EQ(codeOf([&] { read<float>(b); }), Rastrix::Err::PixelTokenUnreadable) << b;
+    EXPECT_EQ(codeOf([&] { read<float>(b); }), Rastrix::Err::ulPixelTokenUnreadable) << b;
   }
-  EXPECT_EQ(codeOf([] { read<TRGBPixel>("1 2"); }), Rastrix::Err::PixelTokenUnreadable);  // truncated pixel
+  EXPECT_EQ(codeOf([] { read<TRGBPixel>("1 2"); }), Rastrix::Err::ulPixelTokenUnreadable);  // truncated pixel
   try {
     read<int>("x");
   } catch (unsigned long) {
@@ -272,7 +272,7 @@ TEST(PixelText, MalformedInputRaisesWithoutText) {
   std::string junk;
   for (int i = 1; i < 256; ++i) junk += static_cast<char>(i);
   unsigned long c = codeOf([&] { read<TRGBFloatPixel>(junk.c_str()); });
-  EXPECT_TRUE(c == 0 || c == Rastrix::Err::PixelTokenUnreadable);
+  EXPECT_TRUE(c == 0 || c == Rastrix::Err::ulPixelTokenUnreadable);
 }
 
 }  // namespace

@@ -188,16 +188,16 @@ TYPED_TEST(PlaneOps, FillsRaiseTheAreaCodesAndTouchNothing) {
   Watch w(p);
   const T v = px<T>(1);
   const std::pair<std::function<void()>, unsigned long> calls[] = {
-      {[&] { p.setRectangle(v, -3, 0, 10, 12); }, Err::AreaFirstLine},
-      {[&] { p.setRectangle(v, -2, 2, 10, 12); }, Err::AreaLastLine},
-      {[&] { p.setRectangle(v, 1, 0, 10, 12); }, Err::AreaLinesReversed},
-      {[&] { p.setRectangle(v, CRectangle(-2, 1, 9, 12)); }, Err::AreaFirstColumn},
-      {[&] { p.setLine(v, 0, 10, 15); }, Err::AreaLastColumn},
-      {[&] { p.setLine(v, 0, 12, 11); }, Err::AreaColumnsReversed},
-      {[&] { p.setLine(v, 2); }, Err::AreaLastLine},
-      {[&] { p.setColumn(v, 9); }, Err::AreaFirstColumn},
-      {[&] { p.setColumn(v, 10, -3, 0); }, Err::AreaFirstLine},
-      {[&] { p.setRectangle(v, CRectangle()); }, Err::AreaLinesReversed}};
+      {[&] { p.setRectangle(v, -3, 0, 10, 12); }, Err::ulAreaFirstLine},
+      {[&] { p.setRectangle(v, -2, 2, 10, 12); }, Err::ulAreaLastLine},
+      {[&] { p.setRectangle(v, 1, 0, 10, 12); }, Err::ulAreaLinesReversed},
+      {[&] { p.setRectangle(v, CRectangle(-2, 1, 9, 12)); }, Err::ulAreaFirstColumn},
+      {[&] { p.setLine(v, 0, 10, 15); }, Err::ulAreaLastColumn},
+      {[&] { p.setLine(v, 0, 12, 11); }, Err::ulAreaColumnsReversed},
+      {[&] { p.setLine(v, 2); }, Err::ulAreaLastLine},
+      {[&] { p.setColumn(v, 9); }, Err::ulAreaFirstColumn},
+      {[&] { p.setColumn(v, 10, -3, 0); }, Err::ulAreaFirstLine},
+      {[&] { p.setRectangle(v, CRectangle()); }, Err::ulAreaLinesReversed}};
   for (std::size_t i = 0; i < std::size(calls); ++i) EXPECT_EQ(codeOf(calls[i].first), calls[i].second) << i;
   EXPECT_TRUE(equals(p, m));
   EXPECT_TRUE(w.quiet());
@@ -207,7 +207,7 @@ TYPED_TEST(PlaneOps, FillsRaiseTheAreaCodesAndTouchNothing) {
   for (auto call : {std::function<void()>([&] { invalid.clear(); }), std::function<void()>([&] { invalid.setRectangle(v); }),
                     std::function<void()>([&] { invalid.setLine(v, 0); }),
                     std::function<void()>([&] { invalid.setColumn(v, 0, 0, 0); })})
-    EXPECT_EQ(codeOf(call), Err::PlaneNotValid);
+    EXPECT_EQ(codeOf(call), Err::ulPlaneNotValid);
 }
 
 TYPED_TEST(PlaneOps, ViewAtTheEdgeWritesOnlyItsPartOfTheSource) {
@@ -227,7 +227,7 @@ TYPED_TEST(PlaneOps, ViewAtTheEdgeWritesOnlyItsPartOfTheSource) {
   for (int c = 3; c <= 5; ++c) m.at(2, c) = line[c - 3];
   EXPECT_TRUE(equals(src, m));
   EXPECT_EQ(onSource.codes, std::vector<unsigned long>(3, 51));  // the common is shared
-  EXPECT_EQ(codeOf([&] { view.setLine(px<T>(1), -1); }), Err::AreaFirstLine);
+  EXPECT_EQ(codeOf([&] { view.setLine(px<T>(1), -1); }), Err::ulAreaFirstLine);
   view.clear();
   m.set(0, 2, 3, 5, T{});
   EXPECT_TRUE(equals(src, m));
@@ -310,11 +310,11 @@ TYPED_TEST(PlaneOps, LinesAndColumnsTravelBothWays) {
     EXPECT_TRUE(equals(p, m));
     EXPECT_TRUE(w.quiet());
 
-    EXPECT_EQ(codeOf([&] { p.getLine(buf.data(), l2 + 1); }), Err::AreaLastLine);
-    EXPECT_EQ(codeOf([&] { p.putLine(buf.data(), l1, c1 - 1, c1); }), Err::AreaFirstColumn);
-    EXPECT_EQ(codeOf([&] { p.getColumn(buf.data(), c2 + 1); }), Err::AreaLastColumn);
-    EXPECT_EQ(codeOf([&] { p.putColumn(buf.data(), c1, l2, l1 - 1); }), Err::AreaLinesReversed);
-    EXPECT_EQ(codeOf([&] { p.putColumn(buf.data(), c1, l1 - 1, l2); }), Err::AreaFirstLine);
+    EXPECT_EQ(codeOf([&] { p.getLine(buf.data(), l2 + 1); }), Err::ulAreaLastLine);
+    EXPECT_EQ(codeOf([&] { p.putLine(buf.data(), l1, c1 - 1, c1); }), Err::ulAreaFirstColumn);
+    EXPECT_EQ(codeOf([&] { p.getColumn(buf.data(), c2 + 1); }), Err::ulAreaLastColumn);
+    EXPECT_EQ(codeOf([&] { p.putColumn(buf.data(), c1, l2, l1 - 1); }), Err::ulAreaLinesReversed);
+    EXPECT_EQ(codeOf([&] { p.putColumn(buf.data(), c1, l1 - 1, l2); }), Err::ulAreaFirstLine);
     EXPECT_TRUE(equals(p, m));
     EXPECT_TRUE(w.quiet());
   }
@@ -375,20 +375,20 @@ TYPED_TEST(PlaneOps, InsertChecksItselfTheSourceThenTheTarget) {
   fill(src, 11);
   Model<T> m = modelOf(dst);
   Watch w(dst);
-  EXPECT_EQ(codeOf([&] { dst.insert(big); }), Err::AreaLastLine);  // six lines do not fit five
-  EXPECT_EQ(codeOf([&] { dst.insert(dst); }), Err::InsertIntoItself);
-  EXPECT_EQ(codeOf([&] { dst.insert(dst, 0, 1, 0, 1, 2, 2); }), Err::InsertIntoItself);
+  EXPECT_EQ(codeOf([&] { dst.insert(big); }), Err::ulAreaLastLine);  // six lines do not fit five
+  EXPECT_EQ(codeOf([&] { dst.insert(dst); }), Err::ulInsertIntoItself);
+  EXPECT_EQ(codeOf([&] { dst.insert(dst, 0, 1, 0, 1, 2, 2); }), Err::ulInsertIntoItself);
   // Source area first: line 99 is not in `big`, whatever the target.
-  EXPECT_EQ(codeOf([&] { dst.insert(big, 99, 100, 0, 0, -7, 0); }), Err::AreaFirstLine);
-  EXPECT_EQ(codeOf([&] { dst.insert(big, CRectangle(100, 101, 3, 2)); }), Err::AreaColumnsReversed);
+  EXPECT_EQ(codeOf([&] { dst.insert(big, 99, 100, 0, 0, -7, 0); }), Err::ulAreaFirstLine);
+  EXPECT_EQ(codeOf([&] { dst.insert(big, CRectangle(100, 101, 3, 2)); }), Err::ulAreaColumnsReversed);
   // Then the target area, as the source area's size at the given place.
-  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 1, 0, 1, -1, 0); }), Err::AreaFirstLine);
-  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 1, 0, 1, 0, 4); }), Err::AreaLastColumn);
-  EXPECT_EQ(codeOf([&] { dst.insert(src, CRectangle(0, 4, 0, 0), 1, 0); }), Err::AreaLastLine);
-  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 4, 0, 4, INT32_MAX - 2, 0); }), Err::AreaLastLine);
+  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 1, 0, 1, -1, 0); }), Err::ulAreaFirstLine);
+  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 1, 0, 1, 0, 4); }), Err::ulAreaLastColumn);
+  EXPECT_EQ(codeOf([&] { dst.insert(src, CRectangle(0, 4, 0, 0), 1, 0); }), Err::ulAreaLastLine);
+  EXPECT_EQ(codeOf([&] { dst.insert(src, 0, 4, 0, 4, INT32_MAX - 2, 0); }), Err::ulAreaLastLine);
   TPlane<T> invalid;
-  EXPECT_EQ(codeOf([&] { dst.insert(invalid); }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([&] { invalid.insert(src); }), Err::PlaneNotValid);
+  EXPECT_EQ(codeOf([&] { dst.insert(invalid); }), Err::ulPlaneNotValid);
+  EXPECT_EQ(codeOf([&] { invalid.insert(src); }), Err::ulPlaneNotValid);
   EXPECT_TRUE(equals(dst, m));
   EXPECT_TRUE(w.quiet());
   EXPECT_FALSE(dst.isLock());
@@ -631,17 +631,17 @@ TYPED_TEST(PlaneOps, ScaleDownChecksInOrder) {
     bool alloc;
     unsigned long code;
     const char* text;
-  } rows[] = {{0, 0, true, Err::ScaleDownBlockLines, "_iY=0 <= 0"},
-              {1, -3, true, Err::ScaleDownBlockColumns, "_iX=-3 <= 0"},
-              {7, 9, true, Err::ScaleDownBlockTooHigh, "_iY=7 > Lines=6"},
-              {6, 5, true, Err::ScaleDownBlockTooWide, "_iX=5 > Columns=4"},
-              {2, 1, false, Err::ScaleDownTargetLines, "iLines=3 > Lines=2"},
-              {3, 1, false, Err::ScaleDownTargetColumns, "iColumns=4 > Columns=2"}};
+  } rows[] = {{0, 0, true, Err::ulScaleDownBlockLines, "_iY=0 <= 0"},
+              {1, -3, true, Err::ulScaleDownBlockColumns, "_iX=-3 <= 0"},
+              {7, 9, true, Err::ulScaleDownBlockTooHigh, "_iY=7 > Lines=6"},
+              {6, 5, true, Err::ulScaleDownBlockTooWide, "_iX=5 > Columns=4"},
+              {2, 1, false, Err::ulScaleDownTargetLines, "iLines=3 > Lines=2"},
+              {3, 1, false, Err::ulScaleDownTargetColumns, "iColumns=4 > Columns=2"}};
   for (const auto& r : rows)
     EXPECT_EQ(errorOf([&] { dst.scaleDown(src, r.iY, r.iX, r.alloc); }), std::make_pair(r.code, std::string(r.text)));
   TPlane<T> invalid;
-  EXPECT_EQ(codeOf([&] { dst.scaleDown(invalid, 1, 1, true); }), Err::ScaleDownBlockTooHigh);
-  EXPECT_EQ(codeOf([&] { invalid.scaleDown(src, 1, 1, false); }), Err::ScaleDownTargetLines);
+  EXPECT_EQ(codeOf([&] { dst.scaleDown(invalid, 1, 1, true); }), Err::ulScaleDownBlockTooHigh);
+  EXPECT_EQ(codeOf([&] { invalid.scaleDown(src, 1, 1, false); }), Err::ulScaleDownTargetLines);
   EXPECT_EQ(dst.getLines(), 2);  // a failed check reallocated nothing
 
   // Into itself: with reallocation from a copy, without in place.

@@ -79,16 +79,16 @@ TEST(PixelColorSpace, NamesUnitsAndErrors) {
   EXPECT_STREQ(TPixelColorSpace::cpGetIndexName(0x10, 0), "X");
   EXPECT_STREQ(TPixelColorSpace::cpGetIndexUnit(0x20, 0), "cd/m\xB2");
   EXPECT_EQ(TPixelColorSpace::uGetIndexNumber(0x4000), 3u);
-  EXPECT_EQ(errorOf([] { TPixelColorSpace::cpGetIndexName(0x10, 3); }), std::make_pair(Err::ColorSpaceIndex, std::string("Index=3")));
-  EXPECT_EQ(codeOf([] { TPixelColorSpace::cpGetIndexUnit(0x3, 0); }), Err::ColorSpaceIndex);
-  EXPECT_EQ(codeOf([] { TPixelColorSpace::cpGetColorSpaceName(0x20000); }), Err::ColorSpaceIndex);
+  EXPECT_EQ(errorOf([] { TPixelColorSpace::cpGetIndexName(0x10, 3); }), std::make_pair(Err::ulColorSpaceIndex, std::string("Index=3")));
+  EXPECT_EQ(codeOf([] { TPixelColorSpace::cpGetIndexUnit(0x3, 0); }), Err::ulColorSpaceIndex);
+  EXPECT_EQ(codeOf([] { TPixelColorSpace::cpGetColorSpaceName(0x20000); }), Err::ulColorSpaceIndex);
   EXPECT_TRUE(TPixelColorSpace::bCanSetColorSpace(0x2000));
   EXPECT_FALSE(TPixelColorSpace::bCanSetColorSpace(0x100));
   EXPECT_TRUE(TPixelColorSpace::bNeedReferenzColor(0x10000));
   EXPECT_FALSE(TPixelColorSpace::bNeedReferenzColor(0x20));
   TPixelColorSpace cs;
   const std::tuple<unsigned, unsigned, unsigned long> refused[] = {
-      {0x100, 0x1, Err::ColorSpaceNoWayBack}, {0x1, 0x400, Err::ColorSpaceNoWayBack}, {0x1, 0x6, Err::ColorSpaceIndex}};
+      {0x100, 0x1, Err::ulColorSpaceNoWayBack}, {0x1, 0x400, Err::ulColorSpaceNoWayBack}, {0x1, 0x6, Err::ulColorSpaceIndex}};
   for (const auto& [from, to, code] : refused) EXPECT_EQ(codeOf([&] { cs.vSetFlag(from, to); }), code) << from << ">" << to;
   EXPECT_EQ(cs.uGetToFlag(), 1u);  // a refused choice changes nothing
 }
@@ -166,9 +166,9 @@ TEST(PixelKlassifikator, ResizeIndexErrorsAndCopies) {
   TLanguage::setEnglisch();
   auto e = errorOf([&] { k.vSetClassName(3, "x"); });
   TLanguage::setDeutsch();
-  EXPECT_EQ(e.first, Err::KlassifikatorIndex);
+  EXPECT_EQ(e.first, Err::ulKlassifikatorIndex);
   EXPECT_EQ(e.second, "Classindex 3 out of range 0...2");
-  EXPECT_EQ(codeOf([&] { k.bRejection(7); }), Err::KlassifikatorIndex);
+  EXPECT_EQ(codeOf([&] { k.bRejection(7); }), Err::ulKlassifikatorIndex);
   k.resize(2);
   k.resize(4);
   EXPECT_EQ(k.rStrGetClassName(1), "C1");

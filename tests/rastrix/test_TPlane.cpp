@@ -62,8 +62,8 @@ TYPED_TEST(PlaneTyped, FreshPlaneIsInvalidWithTheDefaultsOfItsType) {
   EXPECT_FALSE(p.getValueRangeMSM(&mi, &st, &ma));
   vGetDefaultValueRangeMSM(TPixelTraits<T>::ePixelTyp, &dmi, &dst, &dma);
   EXPECT_TRUE(mi == dmi && st == dst && ma == dma);
-  EXPECT_EQ(codeOf([&] { p[0]; }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([&] { p.moveBy(1, 1); }), Err::PlaneNotValid);
+  EXPECT_EQ(codeOf([&] { p[0]; }), Err::ulPlaneNotValid);
+  EXPECT_EQ(codeOf([&] { p.moveBy(1, 1); }), Err::ulPlaneNotValid);
 }
 
 TYPED_TEST(PlaneTyped, OwnMemoryIsZeroedAndReachedByAbsoluteNumbers) {
@@ -73,8 +73,8 @@ TYPED_TEST(PlaneTyped, OwnMemoryIsZeroedAndReachedByAbsoluteNumbers) {
   EXPECT_EQ(p.getExtension(), CRectangle(100, 102, 50, 53));
   for (int l = 100; l <= 102; ++l)
     for (int c = 50; c <= 53; ++c) EXPECT_TRUE(same(p[l][c], T{})) << l << "," << c;
-  EXPECT_EQ(codeOf([&] { p[99]; }), Err::LineOutside);
-  EXPECT_EQ(codeOf([&] { p[103]; }), Err::LineOutside);
+  EXPECT_EQ(codeOf([&] { p[99]; }), Err::ulLineOutside);
+  EXPECT_EQ(codeOf([&] { p[103]; }), Err::ulLineOutside);
   // The row table and the memory pointer describe the same pixels.
   for (int l = 100; l <= 102; ++l) {
     EXPECT_EQ(p.getLinePtr()[l], p[l]);
@@ -121,7 +121,7 @@ TYPED_TEST(PlaneTyped, ViewSharesPixelsCommonAndNumbers) {
   EXPECT_TRUE(same(view[8][2], px<T>(42)));
   view[9][4] = px<T>(43);
   EXPECT_TRUE(same(src[9][4], px<T>(43)));
-  EXPECT_EQ(codeOf([&] { view[6]; }), Err::LineOutside);
+  EXPECT_EQ(codeOf([&] { view[6]; }), Err::ulLineOutside);
   view.free();
   EXPECT_FALSE(view.isValid());
   EXPECT_TRUE(same(src[9][4], px<T>(43)));
@@ -132,7 +132,7 @@ TYPED_TEST(PlaneTyped, ViewSharesPixelsCommonAndNumbers) {
   TPlane<T> col(300, 1), edge;
   edge.beSubPicture(col, CRectangle(299, 299, 0, 0));
   EXPECT_EQ(edge[299], col[299]);
-  EXPECT_EQ(codeOf([&] { edge.beSubPicture(col, CRectangle(299, 300, 0, 0)); }), Err::SubPictureArea);
+  EXPECT_EQ(codeOf([&] { edge.beSubPicture(col, CRectangle(299, 300, 0, 0)); }), Err::ulSubPictureArea);
   EXPECT_FALSE(TPlane<T>(0, 5).isValid());
 }
 
@@ -173,15 +173,15 @@ TEST(PlaneAlloc, EmptySizeEmptiesSilentlyAndShortLineDistanceFails) {
   EXPECT_EQ(r.codes, (Codes{11}));  // the free itself is quiet
   p.alloc(10, 10);
   EXPECT_EQ(errorOf([&] { p.alloc(5, 10, 0, 0, 9); }),
-            std::make_pair(Err::LineDistanceTooSmall, std::string("_LineDistance=9 < _Columns=10")));
+            std::make_pair(Err::ulLineDistanceTooSmall, std::string("_LineDistance=9 < _Columns=10")));
   EXPECT_FALSE(p.isValid());
-  EXPECT_EQ(codeOf([&] { TPlane<int> q(2, 3, 0, 0, 2); }), Err::LineDistanceTooSmall);
+  EXPECT_EQ(codeOf([&] { TPlane<int> q(2, 3, 0, 0, 2); }), Err::ulLineDistanceTooSmall);
   p.alloc(CRectangle(-3, 3, 10, 12));
   EXPECT_EQ(p.getExtension(), CRectangle(-3, 3, 10, 12));
   EXPECT_EQ(p.getLineDistance(), 3);
   p.alloc(CRectangle(0, 1, 0, 1), 5);
   EXPECT_EQ(p.getLineDistance(), 5);
-  EXPECT_EQ(errorOf([&] { p[2]; }), std::make_pair(Err::LineOutside, std::string("Line=2 FirstLine=0 LastLine=1")));
+  EXPECT_EQ(errorOf([&] { p[2]; }), std::make_pair(Err::ulLineOutside, std::string("Line=2 FirstLine=0 LastLine=1")));
 }
 
 // Line and column numbers stay ints: a plane whose last line or column would
@@ -268,7 +268,7 @@ TEST(PlaneExtern, TwoBlocksTakeLinesByParity) {
   EXPECT_EQ(neg[-1], neg[1]);
   EXPECT_EQ(neg[0][0], 5);
   TPlane<unsigned char> single(1, 5, 0, 0, 5, even.data(), odd.data());
-  EXPECT_EQ(codeOf([&] { single.moveBy(1, 0); }), Err::InterlacedTooFewLines);
+  EXPECT_EQ(codeOf([&] { single.moveBy(1, 0); }), Err::ulInterlacedTooFewLines);
 }
 
 TEST(PlaneView, ViewOfInterlacedSourceAndViewsSlide) {
@@ -302,7 +302,7 @@ TEST(PlaneView, ChecksAndEarlyReturn) {
              {&v, &src, CRectangle(-1, 0, 0, 0)},
              {&src, &src, CRectangle(0, 1, 0, 1)},
              {&v, &invalid, CRectangle(0, 0, 0, 0)}};
-  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { b.target->beSubPicture(*b.source, b.r); }), Err::SubPictureArea);
+  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { b.target->beSubPicture(*b.source, b.r); }), Err::ulSubPictureArea);
   EXPECT_TRUE(src.isValid());
   v.beSubPicture(src, CRectangle(1, 2, 3, 4));
   TRecorder r(&v);
@@ -330,7 +330,7 @@ TEST(PlaneView, AViewAssignedToItsSourceOrMadeItsSource) {
   EXPECT_FALSE(src.bIsExtern());
   TPlane<float> owner(4, 4), part;
   part.beSubPicture(owner, CRectangle(0, 1, 0, 1));
-  EXPECT_EQ(codeOf([&] { owner.beSubPicture(part, CRectangle(0, 0, 0, 0)); }), Err::SubPictureArea);
+  EXPECT_EQ(codeOf([&] { owner.beSubPicture(part, CRectangle(0, 0, 0, 0)); }), Err::ulSubPictureArea);
   EXPECT_TRUE(owner.isValid());
 }
 
@@ -475,7 +475,7 @@ TEST(PlaneDescription, ValueRangeChecksInOrder) {
   TPlane<unsigned short> p;
   TRecorder r(&p);
   const double bad[][3] = {{0, 1, 70000}, {5, 1, 5}, {0, 0, 5}, {-1, 1, 5}, {0, 1, 0.0 / 0.0}};
-  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(b[0], b[1], b[2]); }), Err::ValueRange);
+  for (const auto& b : bad) EXPECT_EQ(codeOf([&] { p.setValueRangeMSM(b[0], b[1], b[2]); }), Err::ulValueRange);
   EXPECT_TRUE(r.codes.empty());
   const Process::TTimeStamp before = p.getTimeStamp();
   p.setValueRangeMSM(0, 40.95, 4095);
@@ -486,10 +486,10 @@ TEST(PlaneDescription, ValueRangeChecksInOrder) {
   EXPECT_TRUE(p.getValueRangeMSM(&mi, nullptr, &ma));
   EXPECT_EQ(ma, 4095);
   TPlane<int> i;
-  EXPECT_EQ(codeOf([&] { i.setValueRangeMSM(-10, 1, 10); }), Err::ValueRange);  // int has the 16-bit range
+  EXPECT_EQ(codeOf([&] { i.setValueRangeMSM(-10, 1, 10); }), Err::ulValueRange);  // int has the 16-bit range
   TPlane<float> f;
   f.setValueRangeMSM(-1e30, 1, 1e30);
-  EXPECT_EQ(codeOf([&] { f.setValueRangeMSM(-1e39, 1, 0); }), Err::ValueRange);
+  EXPECT_EQ(codeOf([&] { f.setValueRangeMSM(-1e39, 1, 0); }), Err::ulValueRange);
   // A view sets the shared range from the source's (here the default).
   TPlane<unsigned char> src(2, 2), view;
   EXPECT_FALSE(src.getValueRangeMSM(nullptr, nullptr, nullptr));
@@ -553,17 +553,17 @@ TEST(PlaneDescription, ColourPlanesTakeNamesFromTheirColourSpace) {
 
 TEST(PlaneChecks, ProofAreaInOrder) {
   TPlane<float> p(10, 20, 5, -5, 20);  // lines 5..14, columns -5..14
-  EXPECT_EQ(codeOf([] { TPlane<float>().proofArea(0, 0, 0, 0); }), Err::PlaneNotValid);
+  EXPECT_EQ(codeOf([] { TPlane<float>().proofArea(0, 0, 0, 0); }), Err::ulPlaneNotValid);
   struct Row {
     int l1, l2, c1, c2;
     unsigned long code;
     const char* text;
-  } rows[] = {{4, 20, 20, -9, Err::AreaFirstLine, "_FirstLine=4 < FirstLine=5"},
-              {5, 15, 20, -9, Err::AreaLastLine, "_LastLine=15 > LastLine=14"},
-              {9, 8, 20, -9, Err::AreaLinesReversed, "_FirstLine=9 > _LastLine=8"},
-              {5, 14, -6, -9, Err::AreaFirstColumn, "_FirstColumn=-6 < FirstColumn=-5"},
-              {5, 14, 20, 15, Err::AreaLastColumn, "_LastColumn=15 > LastColumn=14"},
-              {5, 14, 3, 2, Err::AreaColumnsReversed, "_FirstColumn=3 > _LastColumn=2"},
+  } rows[] = {{4, 20, 20, -9, Err::ulAreaFirstLine, "_FirstLine=4 < FirstLine=5"},
+              {5, 15, 20, -9, Err::ulAreaLastLine, "_LastLine=15 > LastLine=14"},
+              {9, 8, 20, -9, Err::ulAreaLinesReversed, "_FirstLine=9 > _LastLine=8"},
+              {5, 14, -6, -9, Err::ulAreaFirstColumn, "_FirstColumn=-6 < FirstColumn=-5"},
+              {5, 14, 20, 15, Err::ulAreaLastColumn, "_LastColumn=15 > LastColumn=14"},
+              {5, 14, 3, 2, Err::ulAreaColumnsReversed, "_FirstColumn=3 > _LastColumn=2"},
               {5, 14, -5, 14, 0, ""},
               {7, 7, 0, 0, 0, ""}};
   for (const Row& r : rows)
@@ -574,13 +574,13 @@ TEST(PlaneChecks, BarePlaneBasic) {
   TPlaneBasic b;
   char ext[8];
   const std::pair<std::function<void()>, unsigned long> calls[] = {
-      {[&] { b.writeFile("x", true); }, Err::NoFileOnBasicPlane},
-      {[&] { b.readFile("x", true); }, Err::NoFileOnBasicPlane},
-      {[&] { b.insertFile("x"); }, Err::NoFileOnBasicPlane},
-      {[&] { b.getFileExtension(); }, Err::NoFileOnBasicPlane},
-      {[&] { b.vGetFileExtension(ext); }, Err::NoFileOnBasicPlane},
-      {[&] { b.eGetPicturePT(); }, Err::PixelTypNotIdentifiable},
-      {[&] { b.setValueRangeMSM(0, 1, 2); }, Err::PixelTypNotIdentifiable}};
+      {[&] { b.writeFile("x", true); }, Err::ulNoFileOnBasicPlane},
+      {[&] { b.readFile("x", true); }, Err::ulNoFileOnBasicPlane},
+      {[&] { b.insertFile("x"); }, Err::ulNoFileOnBasicPlane},
+      {[&] { b.getFileExtension(); }, Err::ulNoFileOnBasicPlane},
+      {[&] { b.vGetFileExtension(ext); }, Err::ulNoFileOnBasicPlane},
+      {[&] { b.eGetPicturePT(); }, Err::ulPixelTypNotIdentifiable},
+      {[&] { b.setValueRangeMSM(0, 1, 2); }, Err::ulPixelTypNotIdentifiable}};
   for (const auto& [call, code] : calls) EXPECT_EQ(codeOf(call), code);
   EXPECT_EQ(b.getDoublePixelLC(0, 0), 0.0);
   EXPECT_EQ(b.vpCreateCOLOR_HANDLE(), nullptr);
@@ -606,9 +606,9 @@ TEST(PlaneChecks, DoublePixelAndColourText) {
   TPlane<TRGBPixel> p(2, 2, 0, 10, 2);
   p[1][11].set(255, 255, 255);
   EXPECT_NEAR(p.getDoublePixelLC(1, 11), 1440.954, 1e-9);
-  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(1, 9); }), Err::AreaFirstColumn);
-  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(1, 12); }), Err::AreaLastColumn);
-  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(2, 10); }), Err::LineOutside);
+  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(1, 9); }), Err::ulAreaFirstColumn);
+  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(1, 12); }), Err::ulAreaLastColumn);
+  EXPECT_EQ(codeOf([&] { p.getDoublePixelLC(2, 10); }), Err::ulLineOutside);
   TPlane<int> i(1, 1);
   i[0][0] = -3;
   EXPECT_EQ(i.getDoublePixelLC(0, 0), -3.0);

@@ -59,7 +59,7 @@ TEST(PlaneHandles, WiderLineDistanceIsNarrowedToTheColumns) {
   int n = 0;
   ASSERT_EQ(ulImage_GetPixel(h, 1, 6, v, &n), kxutils::ulOk);
   EXPECT_TRUE(n == 3 && v[0] == 10.0 && v[2] == 30.0);  // memory order: blue first
-  EXPECT_EQ(ulImage_GetPixel(h, 1, 7, v, &n), kxutils::ulErrOutside);  // beyond the true width
+  EXPECT_EQ(ulImage_GetPixel(h, 1, 7, v, &n), kxutils::ulOutside);  // beyond the true width
   ulImage_DeleteHandle(&h);
 }
 
@@ -73,7 +73,7 @@ TEST(PlaneHandles, ViewsExternAndFailures) {
   int n = 0;
   ASSERT_EQ(ulImage_GetPixel(h, 5, 5, v, &n), kxutils::ulOk);
   EXPECT_EQ(v[0], 55.0);
-  EXPECT_EQ(ulImage_GetPixel(h, 3, 5, v, &n), kxutils::ulErrOutside);
+  EXPECT_EQ(ulImage_GetPixel(h, 3, 5, v, &n), kxutils::ulOutside);
   ulImage_DeleteHandle(&h);
 
   std::vector<unsigned short> mem(100, 7);
@@ -85,9 +85,9 @@ TEST(PlaneHandles, ViewsExternAndFailures) {
   ulImage_DeleteHandle(&h);
 
   TPlane<unsigned short> fields(4, 10, 0, 0, 10, mem.data(), mem.data() + 50);
-  EXPECT_EQ(codeOf([&] { fields.vpCreateIMAGE_HANDLE(); }), Err::PixelTypNotIdentifiable);
-  EXPECT_EQ(codeOf([] { TPlane<float>().vpCreateIMAGE_HANDLE(); }), Err::PlaneNotValid);
-  EXPECT_EQ(codeOf([] { TPlaneBasic().vpCreateIMAGE_HANDLE(); }), Err::PixelTypNotIdentifiable);
+  EXPECT_EQ(codeOf([&] { fields.vpCreateIMAGE_HANDLE(); }), Err::ulPixelTypNotIdentifiable);
+  EXPECT_EQ(codeOf([] { TPlane<float>().vpCreateIMAGE_HANDLE(); }), Err::ulPlaneNotValid);
+  EXPECT_EQ(codeOf([] { TPlaneBasic().vpCreateIMAGE_HANDLE(); }), Err::ulPixelTypNotIdentifiable);
 }
 
 TEST(PlaneHandles, CoordinateSystemHandleCarriesTheSystemAndTheUnits) {
