@@ -42,3 +42,27 @@ inline constexpr unsigned long ulNumberSecondPoint = 0xe6020010UL;    // '.' in 
 inline constexpr unsigned long ulLiteralOpen = 0xe7520013UL;          // a literal without its end
 
 }  // namespace kdoint
+
+namespace kdoint {
+
+// --- classes and functions
+inline constexpr unsigned long ulFunctionIndex = 0xe7420049UL;        // 1003
+inline constexpr unsigned long ulClassIndex = 0xe742001cUL;           // 208
+inline constexpr unsigned long ulClassAddressIndex = 0xe7420034UL;    // 208
+inline constexpr unsigned long ulClassAddressName = 0xe7520035UL;     // 209
+inline constexpr unsigned long ulClassRemoveIndex = 0xe742002cUL;     // 208
+inline constexpr unsigned long ulClassHasInstances = 0xe522002dUL;    // 20a
+inline constexpr unsigned long ulClassHasReferences = 0xe522002eUL;   // 20b
+
+// --- values and variables
+inline constexpr unsigned long ulReferenceUnderflow = 0xe712009bUL;   // "Unterlauf Referenzzähler"
+inline constexpr unsigned long ulListIndex = 0xe7420015UL;            // 30a (also 0xe7420016, 0xe7420017)
+inline constexpr unsigned long ulCloseNoLevel = 0xe7420018UL;         // 301
+inline constexpr unsigned long ulFlatIndex = 0xe7420019UL;            // 100c
+inline constexpr unsigned long ulFlatIndexRemove = 0xe742001aUL;      // 100c
+inline constexpr unsigned long ulRemoveUnknown = 0xe0a2001aUL;        // 302
+inline constexpr unsigned long ulRemoveElement = 0xe7520082UL;        // 312
+inline constexpr unsigned long ulNoDestroy = 0xe7020065UL;            // 503
+inline constexpr unsigned long ulMoveNameTaken = 0xe712009aUL;        // "Variable %s existiert bereits auf Level %d"
+
+}  // namespace kdoint

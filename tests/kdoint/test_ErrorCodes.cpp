@@ -27,6 +27,15 @@ TEST(ErrorCodes, kdointNamesHaveTheirNumbers) {
       {"ulIntegerUnreadable", ulIntegerUnreadable, 0xe7320031UL}, {"ulHexUnreadable", ulHexUnreadable, 0xe7320032UL},
       {"ulNumberSecondX", ulNumberSecondX, 0xe602000fUL},     {"ulNumberSecondPoint", ulNumberSecondPoint, 0xe6020010UL},
       {"ulLiteralOpen", ulLiteralOpen, 0xe7520013UL},
+      {"ulFunctionIndex", ulFunctionIndex, 0xe7420049UL},     {"ulClassIndex", ulClassIndex, 0xe742001cUL},
+      {"ulClassAddressIndex", ulClassAddressIndex, 0xe7420034UL}, {"ulClassAddressName", ulClassAddressName, 0xe7520035UL},
+      {"ulClassRemoveIndex", ulClassRemoveIndex, 0xe742002cUL}, {"ulClassHasInstances", ulClassHasInstances, 0xe522002dUL},
+      {"ulClassHasReferences", ulClassHasReferences, 0xe522002eUL},
+      {"ulReferenceUnderflow", ulReferenceUnderflow, 0xe712009bUL}, {"ulListIndex", ulListIndex, 0xe7420015UL},
+      {"ulCloseNoLevel", ulCloseNoLevel, 0xe7420018UL},       {"ulFlatIndex", ulFlatIndex, 0xe7420019UL},
+      {"ulFlatIndexRemove", ulFlatIndexRemove, 0xe742001aUL}, {"ulRemoveUnknown", ulRemoveUnknown, 0xe0a2001aUL},
+      {"ulRemoveElement", ulRemoveElement, 0xe7520082UL},     {"ulNoDestroy", ulNoDestroy, 0xe7020065UL},
+      {"ulMoveNameTaken", ulMoveNameTaken, 0xe712009aUL},
   };
   for (const auto& c : codes) EXPECT_EQ(c.named, c.literal) << c.name;
 }
