@@ -66,3 +66,8 @@ inline constexpr unsigned long ulNoDestroy = 0xe7020065UL;            // 503
 inline constexpr unsigned long ulMoveNameTaken = 0xe712009aUL;        // "Variable %s existiert bereits auf Level %d"
 
 }  // namespace kdoint
+
+namespace kdoint {
+// A user's format that would read an argument it is not given (our own code).
+inline constexpr unsigned long ulFormatUnusable = 0xe75200c1UL;
+}  // namespace kdoint

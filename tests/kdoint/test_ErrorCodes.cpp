@@ -36,6 +36,7 @@ TEST(ErrorCodes, kdointNamesHaveTheirNumbers) {
       {"ulFlatIndexRemove", ulFlatIndexRemove, 0xe742001aUL}, {"ulRemoveUnknown", ulRemoveUnknown, 0xe0a2001aUL},
       {"ulRemoveElement", ulRemoveElement, 0xe7520082UL},     {"ulNoDestroy", ulNoDestroy, 0xe7020065UL},
       {"ulMoveNameTaken", ulMoveNameTaken, 0xe712009aUL},
+      {"ulFormatUnusable", ulFormatUnusable, 0xe75200c1UL},  // our own
   };
   for (const auto& c : codes) EXPECT_EQ(c.named, c.literal) << c.name;
 }

@@ -1,0 +1,28 @@
+// The built-in classes LITERAL, INT and FLOAT: their method tables, routines
+// and status texts. Loaded in this order, since a method may only name
+// classes already loaded (the conversions from and to LITERAL are methods of
+// INT, those among all three methods of FLOAT).
+//
+// Arithmetic of INT is 32-bit with wrap-around. An integer division or modulo
+// by zero, and INT_MIN / -1, raise 0xe0000000 ("Division by zero" /
+// "Integer overflow"), never a signal. Texts used as formats (toString,
+// writeFile) are checked first: a directive that would read an argument that
+// is not there (%s, %n, %p, '*', a second value) raises 0xe75200c1 instead of
+// reading it.
+#pragma once
+
+#include <string>
+
+class TIClassList;
+class TIVariable;
+
+// Appends the three classes with their methods (registered directly; the
+// text route of class lines comes with the class parser).
+void vLoadBuiltInClasses(TIClassList& classes);
+
+// Formats one value with a user's format: `value` is "d" (an int32) or "e" (a
+// double). Raises 0xe75200c1 for a format that would read anything else.
+std::string sFormatValue(const char* format, long long i, double d, bool isFloat);
+// The text printed by a user's format with no arguments: "%%" gives '%'; any
+// other directive raises 0xe75200c1.
+std::string sFormatNoArguments(const char* format);
