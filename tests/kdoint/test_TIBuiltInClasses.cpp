@@ -14,7 +14,10 @@
 #include "kdoint/TIBuiltInClasses.h"
 #include "kdoint/TIClass.h"
 #include "kdoint/TIVariable.h"
+#include "KdoTestUtil.h"
 #include "kxexception/KxError.h"
+
+using kdotest::codeOf;
 
 namespace {
 
@@ -66,16 +69,6 @@ struct Builtins {
     vars.clear();
   }
 };
-
-unsigned long codeOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
 
 }  // namespace
 

@@ -17,10 +17,13 @@
 #include "kdoint/TIFileReadStack.h"
 #include "kdoint/TIMessage.h"
 #include "kdoint/TITrace.h"
+#include "KdoTestUtil.h"
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
 
 namespace fs = std::filesystem;
+
+using kdotest::errorOf;
 
 namespace {
 
@@ -41,19 +44,6 @@ std::string slurp(const std::string& path) {
   std::stringstream s;
   s << in.rdbuf();
   return s.str();
-}
-
-template <class F>
-std::pair<unsigned long, std::string> errorOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    const auto chain = kx::getErrorChain();
-    std::string text = chain.empty() ? "" : chain.front().text;
-    kx::deleteError();
-    return {c, text};
-  }
-  return {0, ""};
 }
 
 // All lines the stack has now, as "file:line:text" with the line end shown.

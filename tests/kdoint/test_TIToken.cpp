@@ -12,7 +12,10 @@
 #include "kdoint/TIPraeprozessor.h"
 #include "kdoint/TIToken.h"
 #include "kdoint/TITokenDump.h"
+#include "KdoTestUtil.h"
 #include "kxexception/KxError.h"
+
+using kdotest::codeOf;
 
 namespace {
 
@@ -21,17 +24,6 @@ std::string slurp(const std::string& path) {
   std::stringstream s;
   s << in.rdbuf();
   return s.str();
-}
-
-template <class F>
-unsigned long codeOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
 }
 
 // Cleans and tokenises one line; "CODE:text" per token, blank separated.

@@ -8,27 +8,17 @@
 #include "kdoint/TIClass.h"
 #include "kdoint/TIVariable.h"
 #include "kdoint/TIVariableArray.h"
+#include "KdoTestUtil.h"
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
+
+using kdotest::errorOf;
 
 namespace {
 
 std::vector<std::string> destroyed;
 void destroyRoutine(TIVariable** call) { destroyed.push_back(call[0]->getName()); }
 void noop(TIVariable**) {}
-
-template <class F>
-std::pair<unsigned long, std::string> errorOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    const auto chain = kx::getErrorChain();
-    std::string text = chain.empty() ? "" : chain.front().text;
-    kx::deleteError();
-    return {c, text};
-  }
-  return {0, ""};
-}
 
 struct Classes {
   TIClassList list;
