@@ -64,10 +64,63 @@ inline constexpr unsigned long ulRemoveUnknown = 0xe0a2001aUL;        // 302
 inline constexpr unsigned long ulRemoveElement = 0xe7520082UL;        // 312
 inline constexpr unsigned long ulNoDestroy = 0xe7020065UL;            // 503
 inline constexpr unsigned long ulMoveNameTaken = 0xe712009aUL;        // "Variable %s existiert bereits auf Level %d"
+// vector operations by name / by flat index: "Index=%d >= Size=%d", not a VECTOR
+inline constexpr unsigned long ulVectorRangeByName = 0xe74200b0UL;
+inline constexpr unsigned long ulVectorNotVectorByName = 0xe75200b1UL;
+inline constexpr unsigned long ulVectorRange = 0xe74200b2UL;
+inline constexpr unsigned long ulVectorNotVector = 0xe75200b3UL;
+
+// --- variable definition
+inline constexpr unsigned long ulDefineTooShort = 0xe612003eUL;       // 412
+inline constexpr unsigned long ulDefineExists = 0xe772003fUL;         // 303
+inline constexpr unsigned long ulDefineNoOpen = 0xe7320040UL;         // 30c
+inline constexpr unsigned long ulDefineNoClose = 0xe7320041UL;        // 30b
+inline constexpr unsigned long ulDefineBadArgument = 0xe7320042UL;    // 40a
+inline constexpr unsigned long ulDefineNothingRight = 0xe742004aUL;   // 100d
+inline constexpr unsigned long ulDefineTooMuchRight = 0xe742004bUL;   // 100e
+inline constexpr unsigned long ulDefineNoCreate = 0xe7520048UL;       // 1017, completed
+inline constexpr unsigned long ulVectorDefineTokens = 0xe7520066UL;   // 414
+inline constexpr unsigned long ulVectorDefineNoClose = 0xe7520067UL;  // 311
+inline constexpr unsigned long ulVectorSizeNotInt = 0xe7520068UL;     // 308
+inline constexpr unsigned long ulVectorSizeUnknown = 0xe7520069UL;    // 302
+inline constexpr unsigned long ulVectorSizeToken = 0xe732006aUL;      // 40a
+inline constexpr unsigned long ulVectorNoCreate = 0xe072006bUL;       // 504
+
+// --- call lists
+inline constexpr unsigned long ulCallThisUnknown = 0xe0a20043UL;      // 302
+inline constexpr unsigned long ulCallReturnUnknown = 0xe0a20044UL;    // 302
+inline constexpr unsigned long ulCallVariableUnknown = 0xe0a20045UL;  // 302
+inline constexpr unsigned long ulCallNoBuiltInClass = 0xe0a20046UL;   // 205, 206, 207
+
+// --- casts (our own codes)
+inline constexpr unsigned long ulCastExists = 0xe77200c3UL;
+inline constexpr unsigned long ulCastMissing = 0xe75200c4UL;
 
 }  // namespace kdoint
 
 namespace kdoint {
 // A user's format that would read an argument it is not given (our own code).
 inline constexpr unsigned long ulFormatUnusable = 0xe75200c1UL;
+// A handle in a class or method line that was never registered, or of the
+// wrong kind (our own code).
+inline constexpr unsigned long ulUnknownHandle = 0xe75200c2UL;
+// A vector size below 0 or above the limit (our own code).
+inline constexpr unsigned long ulVectorSizeLimit = 0xe74200c5UL;
+}  // namespace kdoint
+
+namespace kdoint {
+// The codes of folding "name [ index ]" into one token, one set per parser
+// that does it: too few tokens, no "]", index variable not INT, index
+// variable unknown, index token of another kind.
+struct TIIndexCodes {
+  unsigned long tooFew, noClose, notInt, unknown, badToken;
+};
+inline constexpr TIIndexCodes ulIndexVariableParser{0xe7520077UL, 0xe7320078UL, 0xe7520079UL, 0xe752007aUL,
+                                                   0xe732007bUL};
+inline constexpr TIIndexCodes ulIndexLineParser{0xe752006cUL, 0xe732006dUL, 0xe752006eUL, 0xe752006fUL,
+                                               0xe7320070UL};
+inline constexpr TIIndexCodes ulIndexConditionParser{0xe752007cUL, 0xe732007dUL, 0xe752007eUL, 0xe752007fUL,
+                                                    0xe7320080UL};
+inline constexpr TIIndexCodes ulIndexProcedureCall{0xe74200a5UL, 0xe09200a6UL, 0xe04200a7UL, 0xe78200a8UL,
+                                                  0xe09200a9UL};
 }  // namespace kdoint

@@ -13,6 +13,7 @@
 #include "kdoint/TIClass.h"
 #include "kdoint/TIFile.h"
 #include "kdoint/TIVariable.h"
+#include "kdoint/TIVariableArray.h"
 #include "kxexception/KxError.h"
 #include "platform/CLocale.h"
 
@@ -84,6 +85,22 @@ std::string sFormatValue(const char* format, long long i, double d, bool isFloat
     std::snprintf(out.data(), out.size(), f, static_cast<long>(i));
   out.resize(static_cast<std::size_t>(n));
   return out;
+}
+
+int32_t iParseIntText(const char* text) {
+  long v = 0;
+  if (!text || std::sscanf(text, "%li", &v) != 1) v = 0;
+  return wrap(v);
+}
+
+double dParseFloatText(const char* text) {
+  std::string s = text ? text : "";
+  for (auto& ch : s)
+    if (ch == ',') ch = '.';
+  double v = 0;
+  const kx::platform::CNumericScope cLocale;
+  if (std::sscanf(s.c_str(), "%le", &v) != 1) v = 0;
+  return v;
 }
 
 std::string sFormatNoArguments(const char* format) {
@@ -172,11 +189,7 @@ void litStatus(const TIVariable* v, char* buffer, int size) {
 int32_t I(TIVariable* v) { return v->getLong(); }
 void intCreate(TIVariable** c) { self(c)->setContent(int32_t{0}); }
 void intCreateFrom(TIVariable** c) { self(c)->setContent(I(arg(c, 0))); }
-void intAssignText(TIVariable** c) {
-  long v = 0;
-  if (!arg(c, 0)->getString() || std::sscanf(arg(c, 0)->getString(), "%li", &v) != 1) v = 0;
-  self(c)->setContent(wrap(v));
-}
+void intAssignText(TIVariable** c) { self(c)->setContent(iParseIntText(arg(c, 0)->getString())); }
 template <int Op>
 int32_t intOp(int32_t a, int32_t b) {
   switch (Op) {
@@ -250,15 +263,7 @@ double F(TIVariable* v) { return v->getDouble(); }
 void fltCreate(TIVariable** c) { self(c)->setContent(0.0); }
 void fltCreateFrom(TIVariable** c) { self(c)->setContent(F(arg(c, 0))); }
 void fltCreateFromInt(TIVariable** c) { self(c)->setContent(static_cast<double>(I(arg(c, 0)))); }
-void fltAssignText(TIVariable** c) {
-  std::string s = text(arg(c, 0));
-  for (auto& ch : s)
-    if (ch == ',') ch = '.';
-  double v = 0;
-  const kx::platform::CNumericScope cLocale;
-  if (std::sscanf(s.c_str(), "%le", &v) != 1) v = 0;
-  self(c)->setContent(v);
-}
+void fltAssignText(TIVariable** c) { self(c)->setContent(dParseFloatText(arg(c, 0)->getString())); }
 template <int Op>
 double fltOp(double a, double b) {
   switch (Op) {
@@ -298,6 +303,53 @@ void fltStatus(const TIVariable* v, char* buffer, int size) {
   if (!buffer || size <= 0) return;
   const kx::platform::CNumericScope cLocale;
   std::snprintf(buffer, static_cast<std::size_t>(size), "%le", v->getDouble());
+}
+
+// ---------------------------------------------------------------- VECTOR
+
+TIVariableArray& ownerOf(const TIVariable* v) {
+  TIVariableArray* a = TIVariableArray::pOwnerOf(v);
+  if (!a) KX_THROW(kdoint::ulVectorNotVector, "%s", v->getName());
+  return *a;
+}
+unsigned vecSize(const TIVariable* v) {
+  const TIVectorRecord* r = TIVariableArray::pGetVectorRecord(v);
+  return r ? r->size : 0;
+}
+void vecDestroy(TIVariable** c) {
+  delete static_cast<TIVectorRecord*>(self(c)->getPointer());
+  self(c)->setContent(static_cast<void*>(nullptr));
+}
+void vecList(TIVariable** c) {
+  const TIVectorRecord* r = TIVariableArray::pGetVectorRecord(self(c));
+  char buf[768];
+  std::snprintf(buf, sizeof buf, "Name=%s\r\nClass=%s\r\nClient=%s\r\nSize=%u\r\n", self(c)->getName(),
+                self(c)->getClass()->getName().c_str(), r ? r->className : "", r ? r->size : 0u);
+  listTo(text(arg(c, 0)), buf);
+}
+void vecSizeOf(TIVariable** c) { result(c)->setContent(static_cast<int32_t>(vecSize(self(c)))); }
+void vecResize(TIVariable** c) {
+  const int32_t n = I(arg(c, 0));
+  if (n < 0 || static_cast<unsigned>(n) > TIVariableArray::uMaxVectorSize)
+    KX_THROW(kdoint::ulVectorSizeLimit, "resize(%d)", n);
+  TIVariableArray& a = ownerOf(self(c));
+  a.vResizeVector(a.find(self(c)), static_cast<unsigned>(n));
+}
+void vecRemove(TIVariable** c) {
+  const int32_t i = I(arg(c, 0));
+  if (i < 0 || static_cast<unsigned>(i) >= vecSize(self(c))) return;
+  TIVariableArray& a = ownerOf(self(c));
+  a.vRemoveElement(a.find(self(c)), static_cast<unsigned>(i));
+}
+void vecSwap(TIVariable** c) {
+  TIVariableArray& a = ownerOf(self(c));
+  // A negative index is out of range as an unsigned one.
+  a.vSwapInVector(a.find(self(c)), static_cast<unsigned>(I(arg(c, 0))), static_cast<unsigned>(I(arg(c, 1))));
+}
+void vecStatus(const TIVariable* v, char* buffer, int size) {
+  if (!buffer || size <= 0) return;
+  const TIVectorRecord* r = TIVariableArray::pGetVectorRecord(v);
+  std::snprintf(buffer, static_cast<std::size_t>(size), "%s[%u]", r ? r->className : "", r ? r->size : 0u);
 }
 
 double dfabs(double x) { return std::fabs(x); }
@@ -389,6 +441,13 @@ void vLoadBuiltInClasses(TIClassList& classes) {
               {"fmod", D, {D}, fltFmod},                     {"pow", D, {D}, fltPow},
               {"round", N, {}, fltRound},                    {"floor", N, {}, fltFloor},
               {"toString", L, {L}, fltToString}});
+    addClass(classes, "VECTOR", vecStatus,
+             {{"destroy", nullptr, {}, vecDestroy},
+              {"list", nullptr, {L}, vecList},
+              {"size", N, {}, vecSizeOf},
+              {"resize", nullptr, {N}, vecResize},
+              {"remove", nullptr, {N}, vecRemove},
+              {"swap", nullptr, {N, N}, vecSwap}});
   }
   KX_CATCH
 }

@@ -1,4 +1,4 @@
-// The built-in classes LITERAL, INT and FLOAT: their method tables, routines
+// The built-in classes LITERAL, INT, FLOAT and VECTOR: their method tables, routines
 // and status texts. Loaded in this order, since a method may only name
 // classes already loaded (the conversions from and to LITERAL are methods of
 // INT, those among all three methods of FLOAT).
@@ -11,12 +11,13 @@
 // reading it.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 class TIClassList;
 class TIVariable;
 
-// Appends the three classes with their methods (registered directly; the
+// Appends the four classes with their methods (registered directly; the
 // text route of class lines comes with the class parser).
 void vLoadBuiltInClasses(TIClassList& classes);
 
@@ -26,3 +27,8 @@ std::string sFormatValue(const char* format, long long i, double d, bool isFloat
 // The text printed by a user's format with no arguments: "%%" gives '%'; any
 // other directive raises 0xe75200c1.
 std::string sFormatNoArguments(const char* format);
+
+// A text read as INT ("%li", wrapped to 32 bits) and as FLOAT (',' read as
+// '.', "%le"): 0 when unreadable or null.
+int32_t iParseIntText(const char* text);
+double dParseFloatText(const char* text);

@@ -137,6 +137,16 @@ void TIToken::getString(char* out) const {
   out[start_ ? length_ : 0] = '\0';
 }
 
+std::string TIToken::sGetString() const {
+  if (meaning_ == eVOID) return "VOID";
+  return start_ ? std::string(start_, length_) : std::string();
+}
+
+bool TIToken::is(const char* text) const {
+  const std::size_t n = std::strlen(text);
+  return start_ && n == length_ && std::memcmp(start_, text, n) == 0;
+}
+
 int32_t TIToken::toInteger_() const {
   KX_TRY {
     const std::string text(start_ ? start_ : "", start_ ? length_ : 0);

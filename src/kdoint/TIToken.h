@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace kdoint {
 enum eTokenCode : int {
@@ -38,6 +39,8 @@ class TIToken {
   void setStart(char* p) { start_ = p; }
   // Copies the text and terminates it; a VOID token always gives "VOID".
   void getString(char* out) const;
+  std::string sGetString() const;
+  bool is(const char* text) const;
   // Integer (code 31, "%d") or hexadecimal (code 32, "%x") as a 32-bit value.
   // Other codes: 0xe7020033 (307); unreadable: 0xe7320031 (308), 0xe7320032
   // (309).

@@ -1,8 +1,10 @@
 #include "kdoint/TIVariableArray.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 #include "kdoint/KdoIntErrors.h"
 #include "kdoint/TIClass.h"
@@ -17,6 +19,23 @@ namespace {
 constexpr TLanguage::TLanguageString sAlreadyAtLevel("Variable %s existiert bereits auf Level %d",
                                                      "Variable %s already exists at Level %d");
 
+constexpr TLanguage::TLanguageString sIndexSize("Index=%d >= Size=%d", "Index=%d >= Size=%d");
+constexpr TLanguage::TLanguageString sNoVector("Variable %s ist kein VECTOR", "Variable %s is no VECTOR");
+constexpr TLanguage::TLanguageString sVectorLimit("Vektorgröße %d außerhalb 0 bis %d",
+                                                  "Vector size %d outside 0 to %d");
+
+// Every live variable array, for the routines of built-in classes that must
+// reach the scopes of their variable.
+std::mutex& registryMutex() {
+  static std::mutex m;
+  return m;
+}
+std::vector<TIVariableArray*>& registry() {
+  static std::vector<TIVariableArray*> r;
+  return r;
+}
+std::atomic<TIVariableArray::TEventHook> eventHook{nullptr};
+
 bool isVector(const TIVariable* v) { return v->getClass() && v->getClass()->getName() == "VECTOR"; }
 unsigned vectorSize(const TIVariable* v) {
   const auto* r = static_cast<const TIVectorRecord*>(v->getPointer());
@@ -24,7 +43,17 @@ unsigned vectorSize(const TIVariable* v) {
 }
 }  // namespace
 
+TIVariableArray::TIVariableArray() {
+  const std::lock_guard<std::mutex> lock(registryMutex());
+  registry().push_back(this);
+}
+
 TIVariableArray::~TIVariableArray() {
+  {
+    const std::lock_guard<std::mutex> lock(registryMutex());
+    auto& r = registry();
+    r.erase(std::remove(r.begin(), r.end(), this), r.end());
+  }
   while (!levels_.empty()) {
     try {
       closeLevel(true);
@@ -166,6 +195,7 @@ void TIVariableArray::remove(int flat) {
       flat = find(v);
     }
     _vDestroy(v, true);
+    if (const TEventHook hook = eventHook.load()) hook();
     const TPlace p = _place(flat);
     auto& vars = levels_[p.level]->variables;
     vars.erase(vars.begin() + p.index);
@@ -233,4 +263,178 @@ void TIVariableArray::vRename(TIVariable* v, const std::string& name) {
   _vIndexRemove(v);
   v->setName(name);
   _vIndexAdd(v, level);
+}
+
+void TIVariableArray::vDiscard(TIVariable* v) {
+  const auto it = levelOf_.find(v);
+  if (it == levelOf_.end()) return;
+  auto& vars = levels_[it->second]->variables;
+  vars.erase(std::remove(vars.begin(), vars.end(), v), vars.end());
+  --size_;
+  _vIndexRemove(v);
+  delete v;
+}
+
+TIVariableArray* TIVariableArray::pOwnerOf(const TIVariable* v) {
+  const std::lock_guard<std::mutex> lock(registryMutex());
+  for (TIVariableArray* a : registry())
+    if (a->levelOf_.count(v)) return a;
+  return nullptr;
+}
+
+void TIVariableArray::vSetEventHook(TEventHook hook) { eventHook.store(hook); }
+
+// ---------------------------------------------------------------- vectors
+
+namespace {
+std::string elementName(const TIVariable* vector, unsigned i) {
+  return std::string(vector->getName()) + "[" + std::to_string(i) + "]";
+}
+}  // namespace
+
+TIVectorRecord* TIVariableArray::pGetVectorRecord(const TIVariable* v) {
+  return v && isVector(v) ? static_cast<TIVectorRecord*>(v->getPointer()) : nullptr;
+}
+
+TIVariable* TIVariableArray::pGetElement(const TIVariable* vector, unsigned index) const {
+  const auto it = levelOf_.find(vector);
+  if (it == levelOf_.end()) return nullptr;
+  const auto& vars = levels_[it->second]->variables;
+  const auto pos = std::find(vars.begin(), vars.end(), vector);
+  const std::size_t at = static_cast<std::size_t>(pos - vars.begin()) + 1 + index;
+  return at < vars.size() ? vars[at] : nullptr;
+}
+
+int TIVariableArray::_vectorFlat(const char* name, TVectorCodes codes) const {
+  const int flat = find(name);
+  if (flat < 0) KX_THROW(codes.notVector, "%s", TIMessage::getString(0x302, name ? name : ""));
+  return flat;
+}
+
+TIVectorRecord* TIVariableArray::_vectorAt(int flat, TVectorCodes codes, TPlace& place) const {
+  if (flat < 0 || flat >= size_) KX_THROW(ulFlatIndex, "%s", TIMessage::getString(0x100c, flat, size_));
+  place = _place(flat);
+  const TIVariable* v = levels_[place.level]->variables[place.index];
+  TIVectorRecord* r = pGetVectorRecord(v);
+  if (!r) KX_THROW(codes.notVector, sNoVector(), v->getName());
+  return r;
+}
+
+void TIVariableArray::_vCheckIndex(unsigned index, unsigned size, TVectorCodes codes) {
+  if (index >= size) KX_THROW(codes.range, sIndexSize(), static_cast<int>(index), static_cast<int>(size));
+}
+
+void TIVariableArray::_vResize(int flat, unsigned size, TVectorCodes codes) {
+  TPlace p{};
+  TIVectorRecord* r = _vectorAt(flat, codes, p);
+  if (size > uMaxVectorSize)
+    KX_THROW(ulVectorSizeLimit, sVectorLimit(), static_cast<int>(size), static_cast<int>(uMaxVectorSize));
+  TIVariable* vector = levels_[p.level]->variables[p.index];
+  if (size > r->size) {
+    TIClass* c = r->elementClass;
+    const int create = c ? c->getFunctionList().find("create", static_cast<const TIClass*>(nullptr), {}) : -1;
+    if (create < 0) KX_THROW(ulVectorNoCreate, "%s", TIMessage::getString(0x504, r->className));
+    const TIRoutine routine = c->getFunctionList()[static_cast<unsigned>(create)]->getAddress();
+    while (r->size < size) {
+      auto* e = new TIVariable(elementName(vector, r->size).c_str(), c);
+      auto& vars = levels_[p.level]->variables;
+      vars.insert(vars.begin() + p.index + 1 + r->size, e);
+      ++size_;
+      _vIndexAdd(e, p.level);
+      ++r->size;
+      TIVariable* callList[3] = {e, nullptr, nullptr};
+      routine(callList);
+    }
+  }
+  while (r->size > size) {
+    remove(_flat(p.level, levels_[p.level]->variables[p.index + r->size]));
+    --r->size;
+  }
+}
+
+void TIVariableArray::_vSwap(int flat, unsigned i, unsigned j, TVectorCodes codes) {
+  TPlace p{};
+  const TIVectorRecord* r = _vectorAt(flat, codes, p);
+  _vCheckIndex(i, r->size, codes);
+  _vCheckIndex(j, r->size, codes);
+  const auto& vars = levels_[p.level]->variables;
+  std::swap(vars[p.index + 1 + i]->getContentObject()->value, vars[p.index + 1 + j]->getContentObject()->value);
+}
+
+void TIVariableArray::_vRotate(int flat, unsigned from, unsigned to, TVectorCodes codes) {
+  TPlace p{};
+  const TIVectorRecord* r = _vectorAt(flat, codes, p);
+  _vCheckIndex(from, r->size, codes);
+  if (to > r->size) _vCheckIndex(to, r->size, codes);
+  const auto& vars = levels_[p.level]->variables;
+  auto value = [&](unsigned k) -> TIContentNumber::TValue& { return vars[p.index + 1 + k]->getContentObject()->value; };
+  const TIContentNumber::TValue moving = value(from);
+  if (from < to) {
+    for (unsigned k = from; k + 1 < to; ++k) value(k) = value(k + 1);
+    value(to - 1) = moving;
+  } else if (from > to) {
+    for (unsigned k = from; k > to; --k) value(k) = value(k - 1);
+    value(to) = moving;
+  }
+}
+
+void TIVariableArray::_vRemoveElement(int flat, unsigned index, TVectorCodes codes) {
+  TPlace p{};
+  TIVectorRecord* r = _vectorAt(flat, codes, p);
+  _vCheckIndex(index, r->size, codes);
+  TIVariable* vector = levels_[p.level]->variables[p.index];
+  remove(_flat(p.level, levels_[p.level]->variables[p.index + 1 + index]));
+  --r->size;
+  for (unsigned k = index; k < r->size; ++k)
+    vRename(levels_[p.level]->variables[p.index + 1 + k], elementName(vector, k));
+}
+
+void TIVariableArray::vResizeVector(int flat, unsigned size) {
+  KX_TRY { _vResize(flat, size, kByFlat); }
+  KX_CATCH
+}
+void TIVariableArray::vResizeVector(const char* name, unsigned size) {
+  KX_TRY { _vResize(_vectorFlat(name, kByName), size, kByName); }
+  KX_CATCH
+}
+void TIVariableArray::vSwapInVector(int flat, unsigned i, unsigned j) {
+  KX_TRY { _vSwap(flat, i, j, kByFlat); }
+  KX_CATCH
+}
+void TIVariableArray::vSwapInVector(const char* name, unsigned i, unsigned j) {
+  KX_TRY { _vSwap(_vectorFlat(name, kByName), i, j, kByName); }
+  KX_CATCH
+}
+void TIVariableArray::vToEndOfVector(int flat, unsigned index) {
+  KX_TRY {
+    TPlace p{};
+    const TVectorCodes codes = kByFlat;
+    _vRotate(flat, index, _vectorAt(flat, codes, p)->size, codes);
+  }
+  KX_CATCH
+}
+void TIVariableArray::vToEndOfVector(const char* name, unsigned index) {
+  KX_TRY {
+    TPlace p{};
+    const TVectorCodes codes = kByName;
+    const int flat = _vectorFlat(name, codes);
+    _vRotate(flat, index, _vectorAt(flat, codes, p)->size, codes);
+  }
+  KX_CATCH
+}
+void TIVariableArray::vInsertBefore(int flat, unsigned from, unsigned to) {
+  KX_TRY { _vRotate(flat, from, to, kByFlat); }
+  KX_CATCH
+}
+void TIVariableArray::vInsertBefore(const char* name, unsigned from, unsigned to) {
+  KX_TRY { _vRotate(_vectorFlat(name, kByName), from, to, kByName); }
+  KX_CATCH
+}
+void TIVariableArray::vRemoveElement(int flat, unsigned index) {
+  KX_TRY { _vRemoveElement(flat, index, kByFlat); }
+  KX_CATCH
+}
+void TIVariableArray::vRemoveElement(const char* name, unsigned index) {
+  KX_TRY { _vRemoveElement(_vectorFlat(name, kByName), index, kByName); }
+  KX_CATCH
 }

@@ -14,6 +14,8 @@
 // 0xe712009a a move onto a level that has the name already.
 #pragma once
 
+#include "kdoint/KdoIntErrors.h"
+
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -36,7 +38,7 @@ class TIVariableList {
 
 class TIVariableArray {
  public:
-  TIVariableArray() = default;
+  TIVariableArray();
   // Closes every level by force, the innermost first.
   ~TIVariableArray();
   TIVariableArray(const TIVariableArray&) = delete;
@@ -72,6 +74,48 @@ class TIVariableArray {
   void preserve(int flat);
   // Renames a variable (vector elements are renamed to stay dense).
   void vRename(TIVariable* v, const std::string& name);
+  // Takes a variable out of its level and deletes it without calling its
+  // "destroy" (a definition that failed before the value was made).
+  void vDiscard(TIVariable* v);
+
+  // Vector operations, on a VECTOR variable given by flat index or by name.
+  // Ranges are checked ("Index=%d >= Size=%d": 0xe74200b2, by name
+  // 0xe74200b0), and that the variable is a VECTOR (0xe75200b3, by name
+  // 0xe75200b1).
+  //
+  // Resizing creates new elements behind the last one, initialised by the
+  // element class's create(), or removes elements from the last one down.
+  void vResizeVector(int flat, unsigned size);
+  void vResizeVector(const char* name, unsigned size);
+  // Exchanges the value words of two elements (not their names).
+  void vSwapInVector(int flat, unsigned i, unsigned j);
+  void vSwapInVector(const char* name, unsigned i, unsigned j);
+  // Moves the value word of element `index` to the last element, the later
+  // ones one down.
+  void vToEndOfVector(int flat, unsigned index);
+  void vToEndOfVector(const char* name, unsigned index);
+  // Moves the value word of element `from` in front of element `to` (`to`
+  // may be the size: to the end), the ones between shifting by one.
+  void vInsertBefore(int flat, unsigned from, unsigned to);
+  void vInsertBefore(const char* name, unsigned from, unsigned to);
+  // Removes one element; the later ones take over the names, so that the
+  // names stay dense.
+  void vRemoveElement(int flat, unsigned index);
+  void vRemoveElement(const char* name, unsigned index);
+  // The element `index` of a vector (no range check), and the vector's
+  // record.
+  TIVariable* pGetElement(const TIVariable* vector, unsigned index) const;
+  static TIVectorRecord* pGetVectorRecord(const TIVariable* v);
+  // The most elements a vector may have.
+  static constexpr unsigned uMaxVectorSize = 1u << 24;
+
+  // The variable array that holds `v`, or null: how a routine of a built-in
+  // class reaches the scopes of its variable.
+  static TIVariableArray* pOwnerOf(const TIVariable* v);
+  // Called once after a "destroy" of remove(): the front end processes its
+  // event queue there. Null for none.
+  using TEventHook = void (*)();
+  static void vSetEventHook(TEventHook hook);
 
  private:
   struct TPlace {
@@ -84,6 +128,18 @@ class TIVariableArray {
   void _vIndexRemove(TIVariable* v);
   void _vMove(int flat, unsigned toLevel);
   static void _vDestroy(TIVariable* v, bool mustHaveDestroy);
+  struct TVectorCodes {
+    unsigned long range, notVector;
+  };
+  static constexpr TVectorCodes kByFlat{kdoint::ulVectorRange, kdoint::ulVectorNotVector};
+  static constexpr TVectorCodes kByName{kdoint::ulVectorRangeByName, kdoint::ulVectorNotVectorByName};
+  int _vectorFlat(const char* name, TVectorCodes codes) const;
+  TIVectorRecord* _vectorAt(int flat, TVectorCodes codes, TPlace& place) const;
+  static void _vCheckIndex(unsigned index, unsigned size, TVectorCodes codes);
+  void _vResize(int flat, unsigned size, TVectorCodes codes);
+  void _vSwap(int flat, unsigned i, unsigned j, TVectorCodes codes);
+  void _vRotate(int flat, unsigned from, unsigned to, TVectorCodes codes);
+  void _vRemoveElement(int flat, unsigned index, TVectorCodes codes);
 
   std::vector<TIVariableList*> levels_;
   int size_ = 0;
