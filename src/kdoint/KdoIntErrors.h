@@ -124,3 +124,84 @@ inline constexpr TIIndexCodes ulIndexConditionParser{0xe752007cUL, 0xe732007dUL,
 inline constexpr TIIndexCodes ulIndexProcedureCall{0xe74200a5UL, 0xe09200a6UL, 0xe04200a7UL, 0xe78200a8UL,
                                                   0xe09200a9UL};
 }  // namespace kdoint
+
+namespace kdoint {
+// --- the line parser
+inline constexpr unsigned long ulBlockExpected = 0xe7520036UL;        // 1007
+inline constexpr unsigned long ulBlockCloseDepth = 0xe6120022UL;      // 1008
+inline constexpr unsigned long ulBlockCloseStatus = 0xe7520023UL;     // 1009
+inline constexpr unsigned long ulCloseNoChild = 0xe5020088UL;         // 1018
+inline constexpr unsigned long ulRepeatNoChild = 0xe5020089UL;        // 1019
+inline constexpr unsigned long ulRepeatNoCondition = 0xe502008aUL;    // 101a
+inline constexpr unsigned long ulToolkitException = 0xe022008bUL;     // 101b
+inline constexpr unsigned long ulExecTooShort = 0xe752005bUL;         // 100a
+inline constexpr unsigned long ulExecUnknownForm = 0xe7520057UL;      // 501
+inline constexpr unsigned long ulAssignUnknown = 0xe0a20063UL;        // 302
+inline constexpr unsigned long ulAssignVarForm = 0xe7520064UL;        // 1006
+// A line that starts with nothing the language knows (our own code).
+inline constexpr unsigned long ulUnknownSyntax = 0xe75200c6UL;        // 1006
+
+// --- conditions
+inline constexpr unsigned long ulConditionTokens = 0xe752005cUL;      // 413
+inline constexpr unsigned long ulConditionNoOpen = 0xe732005dUL;      // 408
+inline constexpr unsigned long ulConditionNoClose = 0xe732005eUL;     // 407
+inline constexpr unsigned long ulConditionLeft = 0xe752005fUL;        // 1001
+inline constexpr unsigned long ulConditionRight = 0xe7520060UL;       // 1001
+inline constexpr unsigned long ulConditionOperator = 0xe7520061UL;    // 502
+inline constexpr unsigned long ulConditionNotFound = 0xe7520062UL;    // 1014
+
+// --- method and built-in calls
+inline constexpr unsigned long ulCallProcedurTokens = 0xe7520052UL;   // 40e
+inline constexpr unsigned long ulCallFunctionTokens = 0xe7520051UL;   // 40e
+inline constexpr unsigned long ulCallOperatorFew = 0xe7520058UL;      // 40e
+inline constexpr unsigned long ulCallOperatorMany = 0xe7520059UL;     // 40f
+inline constexpr unsigned long ulCallAssignTokens = 0xe752005aUL;     // 410
+inline constexpr unsigned long ulCallNoOpen = 0xe7320053UL;           // 406
+inline constexpr unsigned long ulCallNoClose = 0xe7320054UL;          // 407
+inline constexpr unsigned long ulCallBadArgument = 0xe7520055UL;      // 1001
+inline constexpr unsigned long ulCallNotFound = 0xe7520056UL;         // 1016, completed
+inline constexpr unsigned long ulEmbeddedProcedurTokens = 0xe752004dUL;  // 200d
+inline constexpr unsigned long ulEmbeddedFunctionTokens = 0xe752004cUL;  // 200c
+inline constexpr unsigned long ulEmbeddedNoOpen = 0xe732004eUL;       // 406
+inline constexpr unsigned long ulEmbeddedNoClose = 0xe732004fUL;      // 407
+inline constexpr unsigned long ulEmbeddedNotFound = 0xe7520050UL;     // 1015, completed
+
+// --- class declarations
+inline constexpr unsigned long ulClassLineTokens = 0xe752001fUL;      // 40b
+inline constexpr unsigned long ulClassLineToken = 0xe7320020UL;       // 40c, 415, 416
+inline constexpr unsigned long ulClassExists = 0xe7720021UL;          // 20c; "Klasse %s existiert nicht"
+inline constexpr unsigned long ulMethodTooShort = 0xe6120024UL;       // 40d
+inline constexpr unsigned long ulMethodResult = 0xe7520025UL;         // 401
+inline constexpr unsigned long ulMethodName = 0xe7520026UL;           // 402
+inline constexpr unsigned long ulMethodOpen = 0xe7520027UL;           // 403
+inline constexpr unsigned long ulMethodClose = 0xe7520028UL;          // 404
+inline constexpr unsigned long ulMethodNumber = 0xe7520029UL;         // 405
+inline constexpr unsigned long ulMethodArgument = 0xe752002aUL;       // 20d
+inline constexpr unsigned long ulMethodExists = 0xe77200b6UL;
+
+// --- procedures
+inline constexpr unsigned long ulProcNotFound = 0xe09200a0UL;
+inline constexpr unsigned long ulProcCallNoOpen = 0xe09200a1UL;
+inline constexpr unsigned long ulProcCallNoClose = 0xe09200a2UL;
+inline constexpr unsigned long ulProcCallFormat = 0xe09200a4UL;
+inline constexpr unsigned long ulProcVariableUnknown = 0xe78200aaUL;
+inline constexpr unsigned long ulProcDeclIncomplete = 0xe09200abUL;
+inline constexpr unsigned long ulProcDeclNoName = 0xe09200acUL;
+inline constexpr unsigned long ulProcDeclNoOpen = 0xe09200adUL;
+inline constexpr unsigned long ulProcDeclNoClose = 0xe09200aeUL;
+inline constexpr unsigned long ulProcDeclVector = 0xe08200afUL;
+inline constexpr unsigned long ulProcExists = 0xe762009eUL;
+inline constexpr unsigned long ulProcIndex = 0xe742009fUL;
+
+// --- built-in functions
+inline constexpr unsigned long ulReferenceUnknown = 0xe09200b4UL;
+inline constexpr unsigned long ulDestroyUnknown = 0xe7520081UL;       // 302
+inline constexpr unsigned long ulGlobalUnknown = 0xe7820099UL;        // 313
+inline constexpr unsigned long ulExecFailed = 0xe7520083UL;           // 505
+inline constexpr unsigned long ulMacroNotFound = 0xe312009cUL;
+inline constexpr unsigned long ulMacroDirUnknown = 0xe7820086UL;      // 302
+inline constexpr unsigned long ulMacroDirMissing = 0xe3c20087UL;      // 10f
+inline constexpr unsigned long ulUseLoad = 0xe312008eUL;              // 112
+inline constexpr unsigned long ulUsePackage = 0xe022009dUL;
+inline constexpr unsigned long ulUseEntry = 0xe0920090UL;             // 113
+}  // namespace kdoint

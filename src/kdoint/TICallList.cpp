@@ -25,6 +25,16 @@ std::vector<const TIClass*> TICallList::getArgClasses() const {
   return out;
 }
 
+std::string TICallList::sGetArgClassList() const {
+  std::string out;
+  for (unsigned i = 0; i < count_; ++i) {
+    if (i) out += ',';
+    const TIClass* c = list_[2 + i]->getClass();
+    out += c ? c->getName() : "VOID";
+  }
+  return out + ")";
+}
+
 const TIClass* TICallList::getReturnClass() const { return list_[1] ? list_[1]->getClass() : nullptr; }
 
 void TICallList::useThis(const char* name) {
@@ -54,9 +64,13 @@ void TICallList::appendVariable(const char* name) {
 TIVariable* TICallList::_temporary(const char* className, unsigned long messageId) {
   const int c = classes_.find(className);
   if (c < 0) KX_THROW(ulCallNoBuiltInClass, "%s", TIMessage::getString(messageId));
-  char name[32];
-  std::snprintf(name, sizeof name, "__TICallList__%u", count_);
-  auto* v = new TIVariable(name, classes_[static_cast<unsigned>(c)]);
+  static const std::vector<std::string> names = [] {
+    std::vector<std::string> n;
+    for (unsigned i = 0; i < 32; ++i) n.push_back("__TICallList__" + std::to_string(i));
+    return n;
+  }();
+  const std::string name = count_ < names.size() ? names[count_] : "__TICallList__" + std::to_string(count_);
+  auto* v = new TIVariable(name.c_str(), classes_[static_cast<unsigned>(c)]);
   variables_.append(v);
   return v;
 }

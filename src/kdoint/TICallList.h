@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 class TIClass;
@@ -25,6 +26,9 @@ class TICallList {
   unsigned getSize() const { return count_; }
   // The classes of the arguments, for the exact lookup of a function.
   std::vector<const TIClass*> getArgClasses() const;
+  // The argument classes comma-separated and ")" ("INT,FLOAT)"): how a
+  // failed lookup completes its message.
+  std::string sGetArgClassList() const;
   // Classes of result and this, null for none.
   const TIClass* getReturnClass() const;
 

@@ -4,9 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
+#include <unordered_map>
 
 #include "kdoint/KdoIntErrors.h"
 #include "kdoint/TIMessage.h"
@@ -23,20 +26,68 @@ void copyName(char (&to)[260], const char* from) {
   to[i] = '\0';
 }
 
+// The temporary files of this process, by name.
+struct TStore {
+  std::mutex mutex;
+  std::unordered_map<std::string, std::shared_ptr<std::string>> files;
+};
+TStore& store() {
+  static TStore s;
+  return s;
+}
+std::shared_ptr<std::string> storeFind(const char* name) {
+  TStore& s = store();
+  const std::lock_guard<std::mutex> lock(s.mutex);
+  const auto it = s.files.find(name);
+  return it == s.files.end() ? nullptr : it->second;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- TIFile
 
 TIFile::TIFile() {
-  KX_TRY {
-    const char* dir = std::getenv("TMPDIR");
-    std::string pattern = std::string(dir && *dir ? dir : "/tmp") + "/BLKXXXXXX";
-    const int fd = ::mkostemp(pattern.data(), O_CLOEXEC);
-    if (fd < 0) KX_THROW(ulFileCannotOpen, "%s", TIMessage::getString(0x108, pattern.c_str()));
-    ::close(fd);
-    copyName(name_, pattern.c_str());
+  static std::atomic<unsigned long> serial{0};
+  static const char digits[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  const char* dir = std::getenv("TMPDIR");
+  TStore& s = store();
+  const std::lock_guard<std::mutex> lock(s.mutex);
+  std::string name;
+  do {
+    unsigned long n = serial.fetch_add(1) * 2654435761UL + static_cast<unsigned long>(::getpid());
+    std::string tail;
+    for (int i = 0; i < 6; ++i, n /= 62) tail += digits[n % 62];
+    name = std::string(dir && *dir ? dir : "/tmp") + "/BLK" + tail;
+    copyName(name_, name.c_str());
+  } while (s.files.count(name_));
+  s.files.emplace(name_, std::make_shared<std::string>());
+}
+
+void TIFile::vDelete(const char* name) {
+  char n[260];
+  copyName(n, name);
+  TStore& s = store();
+  {
+    const std::lock_guard<std::mutex> lock(s.mutex);
+    if (s.files.erase(n)) return;
   }
-  KX_CATCH
+  ::unlink(n);
+}
+
+bool TIFile::bIsTemporary(const char* name) { return name && storeFind(name) != nullptr; }
+
+long TIFile::_read(char* buffer, std::size_t size) {
+  if (!mem_) return static_cast<long>(::read(fd_, buffer, size));
+  const std::size_t n = memPos_ < mem_->size() ? std::min(size, mem_->size() - memPos_) : 0;
+  std::memcpy(buffer, mem_->data() + memPos_, n);
+  memPos_ += n;
+  return static_cast<long>(n);
+}
+
+long TIFile::_write(const char* text, std::size_t size) {
+  if (!mem_) return static_cast<long>(::write(fd_, text, size));
+  mem_->append(text, size);
+  return static_cast<long>(size);
 }
 
 TIFile::TIFile(const char* name) { copyName(name_, name); }
@@ -47,7 +98,15 @@ TIFile::~TIFile() {
 
 void TIFile::_open(int access, bool bNew, bool bExisting) {
   KX_TRY {
-    if (fd_ >= 0) KX_THROW(ulFileAlreadyOpen, "%s", TIMessage::getString(0x107, name_));
+    if (isOpen()) KX_THROW(ulFileAlreadyOpen, "%s", TIMessage::getString(0x107, name_));
+    if (auto mem = storeFind(name_)) {
+      if (bNew && !mem->empty()) KX_THROW(ulFileNotEmpty, "%s", TIMessage::getString(0x109, name_));
+      mem_ = std::move(mem);
+      memPos_ = 0;
+      access_ = access;
+      isNew_ = bNew;
+      return;
+    }
     int flags = O_CLOEXEC | (access == eWrite ? O_WRONLY : O_RDONLY);
     if (!bExisting) flags |= O_CREAT;
     const int fd = ::open(name_, flags, 0666);
@@ -75,7 +134,12 @@ void TIFile::_open(int access, bool bNew, bool bExisting) {
 
 void TIFile::close(bool bDelete) {
   KX_TRY {
-    if (fd_ < 0) KX_THROW(ulCloseClosed, "%s", TIMessage::getString(0x10a, name_));
+    if (!isOpen()) KX_THROW(ulCloseClosed, "%s", TIMessage::getString(0x10a, name_));
+    if (mem_) {
+      mem_.reset();
+      if (bDelete) vDelete(name_);
+      return;
+    }
     const int fd = fd_;
     fd_ = -1;
     if (::close(fd) != 0) KX_THROW(ulCloseFailed, "%s", TIMessage::getString(0x10b, name_));
@@ -102,13 +166,13 @@ void TIFileRead::open(bool bNew, unsigned bufferSize) {
 
 bool TIFileRead::isLine() {
   KX_TRY {
-    if (fd_ < 0) KX_THROW0(ulIsLineClosed);
+    if (!isOpen()) KX_THROW0(ulIsLineClosed);
     if (std::memchr(buffer_, '\n', count_)) return true;
     // As many bytes as fit: read until the buffer is full or the file has
     // nothing more for now.
     bool atEnd = false;
     while (count_ < size_) {
-      const ssize_t n = ::read(fd_, buffer_ + count_, size_ - count_);
+      const long n = _read(buffer_ + count_, size_ - count_);
       if (n < 0 && errno == EINTR) continue;
       if (n < 0) KX_THROW(ulReadFailed, "%s: %s", name_, std::strerror(errno));
       if (n == 0) {
@@ -132,7 +196,7 @@ bool TIFileRead::isLine() {
 
 void TIFileRead::read(char* line, char* fileName, int* lineNumber) {
   KX_TRY {
-    if (fd_ < 0) KX_THROW0(ulReadClosed);
+    if (!isOpen()) KX_THROW0(ulReadClosed);
     const char* lf = static_cast<const char*>(std::memchr(buffer_, '\n', count_));
     if (!lf) KX_THROW0(ulReadNoLine);
     const unsigned n = static_cast<unsigned>(lf - buffer_) + 1;
@@ -179,8 +243,12 @@ void TIFileWrite::write(const char* text) { write(text, text ? std::strlen(text)
 
 void TIFileWrite::write(const char* text, std::size_t size) {
   KX_TRY {
-    if (fd_ < 0) KX_THROW0(ulWriteClosed);
+    if (!isOpen()) KX_THROW0(ulWriteClosed);
     if (size == 0) return;
+    if (mem_) {
+      _write(text, size);
+      return;
+    }
     struct flock lock{};
     if (sharedAppend_) {
       // The range this text adds is locked, the text goes to the end.
@@ -226,7 +294,7 @@ TIFileBlock::TIFileBlock() {
 TIFileBlock::~TIFileBlock() {
   delete writer_;
   delete reader_;
-  ::unlink(name_.c_str());
+  TIFile::vDelete(name_.c_str());
 }
 
 void TIFileBlock::write(const char* text) {

@@ -9,6 +9,7 @@
 // a failed close; reading and writing as told at each operation.
 #pragma once
 
+#include <memory>
 #include <string>
 
 class TIFile {
@@ -16,7 +17,11 @@ class TIFile {
   enum eAccess { eRead = 1, eWrite = 2 };
 
   // Without a name: a fresh temporary file "BLK…" in the temporary directory
-  // ($TMPDIR, else /tmp), which exists from this moment on.
+  // ($TMPDIR, else /tmp), which exists from this moment on. Temporary files
+  // live in memory, in a store of this process under that name: blocks,
+  // loop bodies and procedure calls are written and read back at memory
+  // speed, and a deep recursion is not bounded by the number of open files.
+  // Every operation of this layer that takes the name finds them there.
   TIFile();
   explicit TIFile(const char* name);
   // Closes an open file without deleting it.
@@ -30,14 +35,24 @@ class TIFile {
   void _open(int access, bool bNew, bool bExisting);
   // Closes; with `bDelete` the file is deleted too.
   void close(bool bDelete);
-  bool isOpen() const { return fd_ >= 0; }
+  bool isOpen() const { return fd_ >= 0 || mem_ != nullptr; }
+  // Deletes a file by name (a temporary one from the store).
+  static void vDelete(const char* name);
+  // Whether the name is a temporary file in the store.
+  static bool bIsTemporary(const char* name);
   const char* getFileName() const { return name_; }
   // The system's handle, 0 when closed.
   int getHandle() const { return fd_ >= 0 ? fd_ : 0; }
   bool bGetIsNew() const { return isNew_; }
 
  protected:
+  // Read or write through the file's handle or its memory.
+  long _read(char* buffer, std::size_t size);
+  long _write(const char* text, std::size_t size);
+
   int fd_ = -1;
+  std::shared_ptr<std::string> mem_;
+  std::size_t memPos_ = 0;
   char name_[260]{};
   int access_ = 0;
   bool isNew_ = false;

@@ -26,6 +26,8 @@ class TIFileReadStack {
   bool isLine();
   void read(char* line, char* fileName, int* lineNumber);
   unsigned getSize() const { return depth_; }
+  // The name of file i, counted from the bottom (0).
+  const char* cpGetFileName(unsigned i) const { return i < depth_ ? files_[i]->getFileName() : ""; }
 
  private:
   unsigned depth_ = 0;

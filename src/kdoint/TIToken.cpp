@@ -147,19 +147,46 @@ bool TIToken::is(const char* text) const {
   return start_ && n == length_ && std::memcmp(start_, text, n) == 0;
 }
 
+namespace {
+// Reads what "%d" (decimal) or "%x" (hexadecimal, "0x" allowed) reads from
+// the front of the text: blanks, a sign, digits; 32 bits with wrap-around.
+bool parseInteger(const char* p, const char* end, bool hex, uint32_t& out) {
+  while (p < end && (*p == ' ' || *p == '\t' || *p == '\r' || *p == '\n')) ++p;
+  bool negative = false;
+  if (p < end && (*p == '-' || *p == '+')) negative = *p++ == '-';
+  if (hex && end - p >= 2 && p[0] == '0' && (p[1] == 'x' || p[1] == 'X')) p += 2;
+  uint32_t v = 0;
+  const char* first = p;
+  for (; p < end; ++p) {
+    unsigned d;
+    if (*p >= '0' && *p <= '9')
+      d = static_cast<unsigned>(*p - '0');
+    else if (hex && *p >= 'a' && *p <= 'f')
+      d = static_cast<unsigned>(*p - 'a' + 10);
+    else if (hex && *p >= 'A' && *p <= 'F')
+      d = static_cast<unsigned>(*p - 'A' + 10);
+    else
+      break;
+    v = v * (hex ? 16u : 10u) + d;
+  }
+  if (p == first) return false;
+  out = negative ? 0u - v : v;
+  return true;
+}
+}  // namespace
+
 int32_t TIToken::toInteger_() const {
   KX_TRY {
-    const std::string text(start_ ? start_ : "", start_ ? length_ : 0);
-    if (meaning_ == eINTEGER) {
-      int v = 0;
-      if (std::sscanf(text.c_str(), "%d", &v) != 1)
-        KX_THROW(ulIntegerUnreadable, "%s", TIMessage::getString(0x308, text.c_str()));
-      return v;
-    }
-    if (meaning_ == eHEXADECIMAL) {
-      unsigned v = 0;
-      if (std::sscanf(text.c_str(), "%x", &v) != 1)
-        KX_THROW(ulHexUnreadable, "%s", TIMessage::getString(0x309, text.c_str()));
+    const char* begin = start_ ? start_ : "";
+    const char* end = begin + (start_ ? length_ : 0);
+    if (meaning_ == eINTEGER || meaning_ == eHEXADECIMAL) {
+      const bool hex = meaning_ == eHEXADECIMAL;
+      uint32_t v = 0;
+      if (!parseInteger(begin, end, hex, v)) {
+        const std::string text(begin, end);
+        KX_THROW(hex ? ulHexUnreadable : ulIntegerUnreadable, "%s",
+                 TIMessage::getString(hex ? 0x309 : 0x308, text.c_str()));
+      }
       return static_cast<int32_t>(v);
     }
     KX_THROW(ulNotAnInteger, "%s", TIMessage::getString(0x307));

@@ -62,6 +62,11 @@ class TIVariable {
   void vGetStatus(char* buffer, int size) const;
 
  private:
+  friend class TIVariableArray;
+  // Where the variable stands: kept by the variable array that holds it.
+  class TIVariableArray* owner_ = nullptr;
+  unsigned level_ = 0;
+
   std::string name_;
   TIClass* class_;
   TIContentNumber* content_;

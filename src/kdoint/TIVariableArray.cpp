@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstring>
 #include <memory>
-#include <mutex>
 
 #include "kdoint/KdoIntErrors.h"
 #include "kdoint/TIClass.h"
@@ -24,16 +23,6 @@ constexpr TLanguage::TLanguageString sNoVector("Variable %s ist kein VECTOR", "V
 constexpr TLanguage::TLanguageString sVectorLimit("Vektorgröße %d außerhalb 0 bis %d",
                                                   "Vector size %d outside 0 to %d");
 
-// Every live variable array, for the routines of built-in classes that must
-// reach the scopes of their variable.
-std::mutex& registryMutex() {
-  static std::mutex m;
-  return m;
-}
-std::vector<TIVariableArray*>& registry() {
-  static std::vector<TIVariableArray*> r;
-  return r;
-}
 std::atomic<TIVariableArray::TEventHook> eventHook{nullptr};
 
 bool isVector(const TIVariable* v) { return v->getClass() && v->getClass()->getName() == "VECTOR"; }
@@ -43,17 +32,9 @@ unsigned vectorSize(const TIVariable* v) {
 }
 }  // namespace
 
-TIVariableArray::TIVariableArray() {
-  const std::lock_guard<std::mutex> lock(registryMutex());
-  registry().push_back(this);
-}
+TIVariableArray::TIVariableArray() = default;
 
 TIVariableArray::~TIVariableArray() {
-  {
-    const std::lock_guard<std::mutex> lock(registryMutex());
-    auto& r = registry();
-    r.erase(std::remove(r.begin(), r.end(), this), r.end());
-  }
   while (!levels_.empty()) {
     try {
       closeLevel(true);
@@ -61,9 +42,18 @@ TIVariableArray::~TIVariableArray() {
       kx::deleteError();
     }
   }
+  for (TIVariableList* l : spare_) delete l;
 }
 
-void TIVariableArray::openLevel() { levels_.push_back(new TIVariableList); }
+void TIVariableArray::openLevel() {
+  // Levels open and close with every call: their lists are kept for reuse.
+  if (spare_.empty()) {
+    levels_.push_back(new TIVariableList);
+  } else {
+    levels_.push_back(spare_.back());
+    spare_.pop_back();
+  }
+}
 
 void TIVariableArray::_vDestroy(TIVariable* v, bool mustHaveDestroy) {
   if (v->uGetReferenceNumber() == 1) {
@@ -97,6 +87,8 @@ void TIVariableArray::closeLevel(bool bForce) {
       }
       delete v;
     }
+    list->variables.clear();
+    if (spare_.size() < 64) spare_.push_back(list.release());
     if (failure) throw failure;
   }
   KX_CATCH
@@ -122,10 +114,12 @@ int TIVariableArray::_flat(unsigned level, const TIVariable* v) const {
 
 void TIVariableArray::_vIndexAdd(TIVariable* v, unsigned level) {
   auto& same = byName_[v->getName()];
+  if (same.empty() && emptyNames_ > 0) --emptyNames_;
   // Outermost first; a variable joins behind the others of its level.
-  auto pos = std::find_if(same.begin(), same.end(), [&](const TIVariable* o) { return levelOf_[o] > level; });
+  auto pos = std::find_if(same.begin(), same.end(), [&](const TIVariable* o) { return o->level_ > level; });
   same.insert(pos, v);
-  levelOf_[v] = level;
+  v->owner_ = this;
+  v->level_ = level;
 }
 
 void TIVariableArray::_vIndexRemove(TIVariable* v) {
@@ -133,9 +127,14 @@ void TIVariableArray::_vIndexRemove(TIVariable* v) {
   if (it != byName_.end()) {
     auto& same = it->second;
     same.erase(std::remove(same.begin(), same.end(), v), same.end());
-    if (same.empty()) byName_.erase(it);
+    // Names that come back (the temporaries of calls) keep their entry; the
+    // empty ones are swept when they pile up.
+    if (same.empty() && ++emptyNames_ > 4096) {
+      for (auto e = byName_.begin(); e != byName_.end();) e = e->second.empty() ? byName_.erase(e) : std::next(e);
+      emptyNames_ = 0;
+    }
   }
-  levelOf_.erase(v);
+  v->owner_ = nullptr;
 }
 
 TIVariable* TIVariableArray::addressOf(const char* name) const {
@@ -146,23 +145,22 @@ TIVariable* TIVariableArray::addressOf(const char* name) const {
 
 int TIVariableArray::find(const char* name) const {
   const TIVariable* v = addressOf(name);
-  return v ? _flat(levelOf_.at(v), v) : -1;
+  return v ? _flat(v->level_, v) : -1;
 }
 
 int TIVariableArray::find1(const char* name) const {
   const TIVariable* v = addressOf(name);
-  if (!v || levels_.empty() || levelOf_.at(v) != levels_.size() - 1) return -1;
-  return _flat(levelOf_.at(v), v);
+  if (!v || levels_.empty() || v->level_ != levels_.size() - 1) return -1;
+  return _flat(v->level_, v);
 }
 
 int TIVariableArray::find(const TIVariable* v) const {
-  const auto it = levelOf_.find(v);
-  return it == levelOf_.end() ? -1 : _flat(it->second, v);
+  return v && v->owner_ == this ? _flat(v->level_, v) : -1;
 }
 
 int TIVariableArray::iGetLevel(const char* name) const {
   const TIVariable* v = addressOf(name);
-  return v ? static_cast<int>(levelOf_.at(v)) : -1;
+  return v ? static_cast<int>(v->level_) : -1;
 }
 
 TIVariable* TIVariableArray::operator[](int flat) const {
@@ -254,33 +252,26 @@ void TIVariableArray::preserve(int flat) {
 }
 
 void TIVariableArray::vRename(TIVariable* v, const std::string& name) {
-  const auto it = levelOf_.find(v);
-  if (it == levelOf_.end()) {
+  if (v->owner_ != this) {
     v->setName(name);
     return;
   }
-  const unsigned level = it->second;
+  const unsigned level = v->level_;
   _vIndexRemove(v);
   v->setName(name);
   _vIndexAdd(v, level);
 }
 
 void TIVariableArray::vDiscard(TIVariable* v) {
-  const auto it = levelOf_.find(v);
-  if (it == levelOf_.end()) return;
-  auto& vars = levels_[it->second]->variables;
+  if (v->owner_ != this) return;
+  auto& vars = levels_[v->level_]->variables;
   vars.erase(std::remove(vars.begin(), vars.end(), v), vars.end());
   --size_;
   _vIndexRemove(v);
   delete v;
 }
 
-TIVariableArray* TIVariableArray::pOwnerOf(const TIVariable* v) {
-  const std::lock_guard<std::mutex> lock(registryMutex());
-  for (TIVariableArray* a : registry())
-    if (a->levelOf_.count(v)) return a;
-  return nullptr;
-}
+TIVariableArray* TIVariableArray::pOwnerOf(const TIVariable* v) { return v ? v->owner_ : nullptr; }
 
 void TIVariableArray::vSetEventHook(TEventHook hook) { eventHook.store(hook); }
 
@@ -297,9 +288,8 @@ TIVectorRecord* TIVariableArray::pGetVectorRecord(const TIVariable* v) {
 }
 
 TIVariable* TIVariableArray::pGetElement(const TIVariable* vector, unsigned index) const {
-  const auto it = levelOf_.find(vector);
-  if (it == levelOf_.end()) return nullptr;
-  const auto& vars = levels_[it->second]->variables;
+  if (!vector || vector->owner_ != this) return nullptr;
+  const auto& vars = levels_[vector->level_]->variables;
   const auto pos = std::find(vars.begin(), vars.end(), vector);
   const std::size_t at = static_cast<std::size_t>(pos - vars.begin()) + 1 + index;
   return at < vars.size() ? vars[at] : nullptr;

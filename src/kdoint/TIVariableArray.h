@@ -142,8 +142,10 @@ class TIVariableArray {
   void _vRemoveElement(int flat, unsigned index, TVectorCodes codes);
 
   std::vector<TIVariableList*> levels_;
+  std::vector<TIVariableList*> spare_;
   int size_ = 0;
-  // Each name's variables, outermost level first, and each variable's level.
+  // Each name's variables, outermost level first (each variable knows its
+  // own level); entries left empty, and how many.
   std::unordered_map<std::string, std::vector<TIVariable*>> byName_;
-  std::unordered_map<const TIVariable*, unsigned> levelOf_;
+  unsigned emptyNames_ = 0;
 };

@@ -28,17 +28,6 @@ std::string withName(const char* format, const std::string& name) {
   return buffer;
 }
 
-// The class names of the arguments, comma-separated, and ")": how a failed
-// lookup completes its message.
-std::string argumentList(const TICallList& call) {
-  std::string out;
-  const auto classes = call.getArgClasses();
-  for (std::size_t i = 0; i < classes.size(); ++i) {
-    if (i) out += ',';
-    out += classes[i] ? classes[i]->getName() : "VOID";
-  }
-  return out + ")";
-}
 }  // namespace
 
 bool bIsWordCode(int code) {
@@ -156,7 +145,7 @@ void TIVariableParser::setVariable() {
       const int f = c ? c->getFunctionList().find("create", static_cast<const TIClass*>(nullptr), call.getArgClasses())
                       : -1;
       if (f < 0) {
-        const std::string text = std::string(TIMessage::getString(0x1017, "create")) + argumentList(call);
+        const std::string text = std::string(TIMessage::getString(0x1017, "create")) + call.sGetArgClassList();
         KX_THROW(ulDefineNoCreate, "%s", text.c_str());
       }
       c->getFunctionList()[static_cast<unsigned>(f)]->getAddress()(call.getCallList());

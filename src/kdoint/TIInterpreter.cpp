@@ -1,0 +1,131 @@
+#include "kdoint/TIInterpreter.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "kdoint/KdoIntErrors.h"
+#include "kdoint/TIBuiltInClasses.h"
+#include "kdoint/TIMessage.h"
+#include "kdoint/TITrace.h"
+#include "kxexception/KxError.h"
+#include "platform/Clock.h"
+
+using namespace kdoint;
+
+namespace {
+TIInterpreter* instance = nullptr;
+
+void copy(char (&to)[260], const char* from) { std::snprintf(to, sizeof to, "%s", from ? from : ""); }
+}  // namespace
+
+TIInterpreter::TIInterpreter(const char* stdinFile, const char* stdoutFile, const char* stderrFile, const char* exeDir,
+                             const char* macroDir, const char* initDir, const char* tempDir, const char* iniFile,
+                             std::vector<std::string>& macroDirs, std::vector<std::string>& initDirs)
+    : macroDirs_(macroDirs),
+      initDirs_(initDirs),
+      functions_(*this),
+      parser_(nullptr, classes_, variables_, functions_, io_, *this, procedures_, 0) {
+  copy(stdin_, stdinFile);
+  copy(stdout_, stdoutFile);
+  copy(stderr_, stderrFile);
+  copy(exeDir_, exeDir);
+  copy(macroDir_, macroDir);
+  copy(initDir_, initDir);
+  copy(tempDir_, tempDir);
+  copy(iniFile_, iniFile);
+  instance = this;
+}
+
+TIInterpreter::~TIInterpreter() {
+  if (instance == this) instance = nullptr;
+  TITrace::openTrace(nullptr);
+}
+
+TIInterpreter* TIInterpreter::pGetInstance() { return instance; }
+
+void TIInterpreter::init() {
+  KX_TRY {
+    try {
+      io_.openInput(stdin_, false, false);
+      io_.openOutput(stdout_);
+      io_.openError(stderr_);
+      TITrace::openTrace(&io_);
+      vLoadBuiltInClasses(classes_);
+      functions_.init();
+      _vCreateVariables();
+    } catch (unsigned long) {
+      kx::trace(KX_FILE, __LINE__, "%s", TIMessage::getString(0x1004));
+      throw;
+    }
+  }
+  KX_CATCH
+}
+
+void TIInterpreter::_vRunLine(const char* line) { execLine(line, "TIInterpreter", 0); }
+
+void TIInterpreter::_vCreateVariables() {}
+
+bool TIInterpreter::isInput() {
+  KX_TRY { return io_.isInput(); }
+  KX_CATCH
+}
+
+void TIInterpreter::doExecute() {
+  KX_TRY {
+    io_.readInput(line_, fileName_, &lineNumber_);
+    praeprozessor_.processLine(line_);
+    char cleaned[sizeof line_];
+    std::memcpy(cleaned, line_, sizeof line_);
+    recordingBefore_ = recording_;
+    playDepthBefore_ = playDepth_;
+    lastStatus_ = parser_.parseLine(line_, fileName_, lineNumber_);
+    if (recordingBefore_ && recording_ && playDepthBefore_ == 0) io_.write2Macro(cleaned);
+  }
+  KX_CATCH
+}
+
+void TIInterpreter::execute() {
+  messageStartExecute();
+  while (loop_) {
+    try {
+      if (isInput())
+        doExecute();
+      else
+        kx::platform::sleepMs(200);
+    } catch (unsigned long) {
+      kx::trace(KX_FILE, __LINE__, "%s", TIMessage::getString(0x1005, line_));
+      kx::ErrorMessageBox();
+      kx::deleteError();
+    }
+  }
+  messageStopExecute();
+}
+
+void TIInterpreter::execLine(const char* line, const char* fileName, int lineNumber) {
+  KX_TRY {
+    TIInterpreter* self = instance;
+    if (!self) return;
+    std::snprintf(self->line_, sizeof self->line_, "%s", line ? line : "");
+    try {
+      self->praeprozessor_.processLine(self->line_);
+      self->lastStatus_ = self->parser_.parseLine(self->line_, fileName, lineNumber);
+    } catch (unsigned long) {
+      kx::trace(KX_FILE, __LINE__, "%s", TIMessage::getString(0x1005, self->line_));
+      throw;
+    }
+  }
+  KX_CATCH
+}
+
+void TIInterpreter::messageStartExecute() { io_.writeOutput(TIMessage::getString(0x200a)); }
+void TIInterpreter::messageStopExecute() { io_.writeOutput(TIMessage::getString(0x200b)); }
+void TIInterpreter::messageErrorExecute() { io_.writeOutput(TIMessage::getString(0x1013)); }
+
+void TIInterpreter::vSetStepMode(bool on) {
+  stepMode_ = on;
+  if (on && stepDisplay_) stepDisplay_->vShow();
+}
+
+void TIInterpreter::vStep(const char* line, const char* fileName, int lineNumber, int depth, int status) {
+  if (stepDisplay_) stepDisplay_->vStep(line, fileName, lineNumber, depth, status);
+}
