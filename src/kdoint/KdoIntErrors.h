@@ -204,4 +204,6 @@ inline constexpr unsigned long ulMacroDirMissing = 0xe3c20087UL;      // 10f
 inline constexpr unsigned long ulUseLoad = 0xe312008eUL;              // 112
 inline constexpr unsigned long ulUsePackage = 0xe022009dUL;
 inline constexpr unsigned long ulUseEntry = 0xe0920090UL;             // 113
+// postCommand could not reach the pipe (our own code).
+inline constexpr unsigned long ulPostCommand = 0xe30200c7UL;
 }  // namespace kdoint

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@
 #include "kdoint/TIFile.h"
 #include "kdoint/TIVariable.h"
 #include "kdoint/TIVariableArray.h"
+#include "kdoint/TIUserBasic.h"
+#include "kdoint/TISearchPath.h"
 #include "kxexception/KxError.h"
 #include "platform/CLocale.h"
 
@@ -363,34 +366,19 @@ double dasin(double x) { return std::asin(x); }
 double dacos(double x) { return std::acos(x); }
 double datan(double x) { return std::atan(x); }
 
-struct TMethod {
-  const char* name;
-  const char* result;  // null: VOID
-  std::vector<const char*> args;
-  TIRoutine routine;
-};
-
-TIClass* addClass(TIClassList& classes, const char* name, TIStatusFunction status,
-                  const std::vector<TMethod>& methods) {
-  auto* c = new TIClass(name, nullptr, status);
-  classes.append(c);
-  auto classOf = [&](const char* n) -> TIClass* { return !n ? nullptr : std::strcmp(n, name) == 0 ? c : classes.addressOf(n); };
-  for (const auto& m : methods) {
-    std::vector<TIClass*> args;
-    for (const char* a : m.args) args.push_back(classOf(a));
-    c->getFunctionList().append(new TIFunction(c, m.name, args, classOf(m.result), m.routine));
-  }
-  return c;
-}
-
+using TMethod = TITableClass::TMethod;
 }  // namespace
 
-void vLoadBuiltInClasses(TIClassList& classes) {
-  KX_TRY {
+std::vector<std::unique_ptr<TIUserBasic>> vBuiltInClassProviders() {
+  std::vector<std::unique_ptr<TIUserBasic>> out;
+  auto addClass = [&](const char* name, TIStatusFunction status, const std::vector<TMethod>& methods) {
+    out.push_back(std::make_unique<TITableClass>(name, nullptr, status, methods));
+  };
+  {
     const char* L = "LITERAL";
     const char* N = "INT";
     const char* D = "FLOAT";
-    addClass(classes, L, litStatus,
+    addClass(L, litStatus,
              {{"create", nullptr, {}, litCreate},
               {"create", nullptr, {L}, litCreateFrom},
               {"destroy", nullptr, {}, litDestroy},
@@ -404,7 +392,7 @@ void vLoadBuiltInClasses(TIClassList& classes) {
               {"fnsplit", nullptr, {L, L, L, L}, litFnsplit},
               {"fnmerge", nullptr, {L, L, L, L}, litFnmerge},
               {"writeFile", nullptr, {L}, litWriteFile}});
-    addClass(classes, N, intStatus,
+    addClass(N, intStatus,
              {{"create", nullptr, {}, intCreate},          {"create", nullptr, {N}, intCreateFrom},
               {"destroy", nullptr, {}, intCreate},         {"operator=", nullptr, {N}, intCreateFrom},
               {"operator=", nullptr, {L}, intAssignText},  {"operator+=", nullptr, {N}, intAssignOp<'+'>},
@@ -422,7 +410,7 @@ void vLoadBuiltInClasses(TIClassList& classes) {
               {"toString", L, {L}, intToString},           {"strcmp", nullptr, {L, L}, intStrcmp},
               {"strlen", nullptr, {L}, intStrlen},         {"strstr", nullptr, {L, L}, intStrstr},
               {"IsStrEnd", nullptr, {L, L}, intIsStrEnd}});
-    addClass(classes, D, fltStatus,
+    addClass(D, fltStatus,
              {{"create", nullptr, {}, fltCreate},            {"create", nullptr, {D}, fltCreateFrom},
               {"create", nullptr, {N}, fltCreateFromInt},    {"destroy", nullptr, {}, fltCreate},
               {"operator=", nullptr, {D}, fltCreateFrom},    {"operator=", nullptr, {N}, fltCreateFromInt},
@@ -441,13 +429,21 @@ void vLoadBuiltInClasses(TIClassList& classes) {
               {"fmod", D, {D}, fltFmod},                     {"pow", D, {D}, fltPow},
               {"round", N, {}, fltRound},                    {"floor", N, {}, fltFloor},
               {"toString", L, {L}, fltToString}});
-    addClass(classes, "VECTOR", vecStatus,
+    addClass("VECTOR", vecStatus,
              {{"destroy", nullptr, {}, vecDestroy},
               {"list", nullptr, {L}, vecList},
               {"size", N, {}, vecSizeOf},
               {"resize", nullptr, {N}, vecResize},
               {"remove", nullptr, {N}, vecRemove},
               {"swap", nullptr, {N, N}, vecSwap}});
+  }
+  out.push_back(pSearchPathClassProvider());
+  return out;
+}
+
+void vLoadBuiltInClasses(TIClassList& classes) {
+  KX_TRY {
+    for (const auto& provider : vBuiltInClassProviders()) provider->vRegisterInto(classes);
   }
   KX_CATCH
 }

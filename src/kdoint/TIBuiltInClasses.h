@@ -14,11 +14,18 @@
 #include <cstdint>
 #include <string>
 
+#include <memory>
+#include <vector>
+
 class TIClassList;
+class TIUserBasic;
 class TIVariable;
 
-// Appends the four classes with their methods (registered directly; the
-// text route of class lines comes with the class parser).
+// The providers of the built-in classes in their order of loading: LITERAL,
+// INT, FLOAT, VECTOR, SEARCHPATH.
+std::vector<std::unique_ptr<TIUserBasic>> vBuiltInClassProviders();
+// Declares the built-in classes in `classes` from their class lines, past
+// any interpreter.
 void vLoadBuiltInClasses(TIClassList& classes);
 
 // Formats one value with a user's format: `value` is "d" (an int32) or "e" (a

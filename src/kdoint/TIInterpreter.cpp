@@ -2,8 +2,11 @@
 
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 
+#include "file98/KxPath.h"
 #include "kdoint/KdoIntErrors.h"
+#include "kdoint/TIUserBasic.h"
 #include "kdoint/TIBuiltInClasses.h"
 #include "kdoint/TIMessage.h"
 #include "kdoint/TITrace.h"
@@ -14,6 +17,19 @@ using namespace kdoint;
 
 namespace {
 TIInterpreter* instance = nullptr;
+std::mutex pipeMutex;
+std::string pipeName;
+
+void processEventsOfInstance() {
+  if (instance) instance->vProcessEvents();
+}
+
+// A path as script text: '/' throughout, directories with a trailing '/'.
+std::string scriptPath(const char* path, bool dir) {
+  std::string p = kx::sToSlash(path ? path : "");
+  if (dir && !p.empty() && p.back() != '/') p += '/';
+  return p;
+}
 
 void copy(char (&to)[260], const char* from) { std::snprintf(to, sizeof to, "%s", from ? from : ""); }
 }  // namespace
@@ -34,10 +50,12 @@ TIInterpreter::TIInterpreter(const char* stdinFile, const char* stdoutFile, cons
   copy(tempDir_, tempDir);
   copy(iniFile_, iniFile);
   instance = this;
+  TIVariableArray::vSetEventHook(processEventsOfInstance);
 }
 
 TIInterpreter::~TIInterpreter() {
   if (instance == this) instance = nullptr;
+  TIVariableArray::vSetEventHook(nullptr);
   TITrace::openTrace(nullptr);
 }
 
@@ -50,9 +68,9 @@ void TIInterpreter::init() {
       io_.openOutput(stdout_);
       io_.openError(stderr_);
       TITrace::openTrace(&io_);
-      vLoadBuiltInClasses(classes_);
+      loadBuildInClasses();
       functions_.init();
-      _vCreateVariables();
+      createVariable();
     } catch (unsigned long) {
       kx::trace(KX_FILE, __LINE__, "%s", TIMessage::getString(0x1004));
       throw;
@@ -63,7 +81,70 @@ void TIInterpreter::init() {
 
 void TIInterpreter::_vRunLine(const char* line) { execLine(line, "TIInterpreter", 0); }
 
-void TIInterpreter::_vCreateVariables() {}
+void TIInterpreter::vSetPipeName(const std::string& name) {
+  const std::lock_guard<std::mutex> lock(pipeMutex);
+  pipeName = name;
+}
+
+std::string TIInterpreter::sGetPipeName() {
+  const std::lock_guard<std::mutex> lock(pipeMutex);
+  return pipeName;
+}
+
+void TIInterpreter::loadBuildInClasses() {
+  KX_TRY {
+    for (const auto& provider : vBuiltInClassProviders()) {
+      provider->registerClass(execLine);
+      if (classes_.find(provider->getClassName()) < 0) {
+        // The line parser kept the failure of a class line: it goes on.
+        if (kx::getErrorCode()) throw kx::getErrorCode();
+        KX_THROW(ulClassExists, "%s", provider->getClassName());
+      }
+    }
+  }
+  KX_CATCH
+}
+
+void TIInterpreter::createVariable() {
+  KX_TRY {
+    const std::string exe = scriptPath(exeDir_, true);
+    auto literal = [&](const char* name, const std::string& value) {
+      _vRunLine(("LITERAL " + std::string(name) + "=\"" + value + "\"\r\n").c_str());
+    };
+    literal("stdin", scriptPath(stdin_, false));
+    literal("stdout", scriptPath(stdout_, false));
+    literal("stderr", scriptPath(stderr_, false));
+    literal("ExeDir", exe);
+    literal("ColorDir", exe + "Application/color");
+    literal("MacroDir", scriptPath(macroDir_, true));
+    literal("InitDir", scriptPath(initDir_, true));
+    literal("TempDir", scriptPath(tempDir_, true));
+    _vRunLine("LITERAL WorkingDir\r\n");
+    _vRunLine("WorkingDir=getCurrentDir()\r\n");
+    literal("ApplIniFile", scriptPath(iniFile_, false));
+    _vRunLine("SEARCHPATH MacroPaths\r\n");
+    _vRunLine("SEARCHPATH InitPaths\r\n");
+    _vRunLine("FLOAT M_PI=3.14159265358979323846\r\n");
+    _vRunLine("INT True=1\r\n");
+    _vRunLine("INT False=0\r\n");
+    _vRunLine("INT Ret\r\n");
+    _vRunLine("Ret=MacroPaths.insert(MacroDir,99)\r\n");
+    char line[1200];
+    for (const auto& d : macroDirs_) {
+      std::snprintf(line, sizeof line, "Ret=MacroPaths.insert(\"%s%s\",1)\r\n", d.empty() || d[0] != '/' ? exe.c_str() : "",
+                    kx::sToSlash(d.c_str()).c_str());
+      _vRunLine(line);
+    }
+    _vRunLine("Ret=InitPaths.insert(InitDir,99)\r\n");
+    for (const auto& d : initDirs_) {
+      std::snprintf(line, sizeof line, "Ret=InitPaths.insert(\"%s%s\",1)\r\n", d.empty() || d[0] != '/' ? exe.c_str() : "",
+                    kx::sToSlash(d.c_str()).c_str());
+      _vRunLine(line);
+    }
+    _vRunLine("destroy(\"Ret\")\r\n");
+  }
+  KX_CATCH
+}
 
 bool TIInterpreter::isInput() {
   KX_TRY { return io_.isInput(); }

@@ -9,6 +9,7 @@
 // providers, reaches it through a static pointer.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -84,6 +85,22 @@ class TIInterpreter {
   void vSetStepDisplay(TIStepDisplay* display) { stepDisplay_ = display; }
   void vStep(const char* line, const char* fileName, int lineNumber, int depth, int status);
 
+  // What "processMessages()" and a destroy run: the front end's events.
+  void vSetEventHook(std::function<void()> hook) { eventHook_ = std::move(hook); }
+  void vProcessEvents() {
+    if (eventHook_) eventHook_();
+  }
+  // The pipe "postCommand" writes to (the front end's FIFO).
+  static void vSetPipeName(const std::string& name);
+  static std::string sGetPipeName();
+
+  // Registers the built-in classes through their class lines.
+  void loadBuildInClasses();
+  // Defines the global variables: stdin, stdout, stderr, ExeDir, ColorDir,
+  // MacroDir, InitDir, TempDir, WorkingDir, ApplIniFile, MacroPaths,
+  // InitPaths, M_PI, True, False.
+  void createVariable();
+
   TIEAManager& getEAManager() { return io_; }
   TIClassList& getClassList() { return classes_; }
   TIProcedureList& getProcedureList() { return procedures_; }
@@ -103,7 +120,6 @@ class TIInterpreter {
   const std::vector<std::string>& getInitDirs() const { return initDirs_; }
 
  private:
-  void _vCreateVariables();
   void _vRunLine(const char* line);
 
   char stdin_[260]{}, stdout_[260]{}, stderr_[260]{}, exeDir_[260]{}, macroDir_[260]{}, initDir_[260]{},
@@ -132,4 +148,5 @@ class TIInterpreter {
   bool showError_ = false;
   TIStepDisplay* stepDisplay_ = nullptr;
   bool stepMode_ = false;
+  std::function<void()> eventHook_;
 };
