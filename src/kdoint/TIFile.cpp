@@ -182,7 +182,12 @@ bool TIFileRead::isLine() {
       count_ += static_cast<unsigned>(n);
       if (std::memchr(buffer_ + count_ - n, '\n', static_cast<std::size_t>(n))) break;
     }
-    if (atEnd && count_ > 0 && !isNew_ && !std::memchr(buffer_, '\n', count_)) {
+    if (count_ == size_ && isNew_ && !std::memchr(buffer_, '\n', count_)) {
+      // A line longer than the buffer in the growing input file would stop
+      // it for good: the full buffer is delivered as a line of its own.
+      buffer_[count_++] = '\r';
+      buffer_[count_++] = '\n';
+    } else if (atEnd && count_ > 0 && !isNew_ && !std::memchr(buffer_, '\n', count_)) {
       // The last line of a finished file needs no line feed; the growing
       // input file (opened as new) waits for its line feed instead.
       buffer_[count_++] = '\r';
