@@ -1,0 +1,10 @@
+// The entry the interpreter's use() calls: registers every host class.
+#include "kxhost/KxHost.h"
+
+#include "kdoint/TIInterpreter.h"
+
+extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
+  auto exec = reinterpret_cast<TIUserBasic::TExecLine>(execLine);
+  kxhost::pPictureClass()->registerClass(exec);
+  kxhost::pRegionClass()->registerClass(exec);
+}

@@ -1,0 +1,12 @@
+// The host classes of the library for macros: each class is a table of
+// methods registered with the interpreter when the library is loaded.
+#pragma once
+
+#include <memory>
+
+#include "kdoint/TIUserBasic.h"
+
+namespace kxhost {
+std::unique_ptr<TIUserBasic> pPictureClass();
+std::unique_ptr<TIUserBasic> pRegionClass();
+}  // namespace kxhost

@@ -1,0 +1,79 @@
+// The host classes as macros use them: loaded with use(), then pictures and
+// regions through their methods, and a picture through an HDF5 file that
+// h5dump reads back.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "KdoSession.h"
+
+using kdotest::Session;
+
+namespace {
+std::string load() { return std::string("use(\"") + KXHOST_LIBRARY + "\")\n"; }
+// Every echo of a value followed by a blank, so that the values can be read back.
+std::string spaced(std::string script) {
+  std::string out;
+  for (std::size_t at = 0, next; at < script.size(); at = next + 1) {
+    next = script.find('\n', at);
+    const std::string line = script.substr(at, next - at);
+    out += line + "\n";
+    if (line.rfind("echo(", 0) == 0) out += "echo(\" \")\n";
+  }
+  return out;
+}
+}  // namespace
+
+TEST(HostClasses, PictureAndRegion) {
+  Session s;
+  const std::string out = s.run(load() + spaced(
+                                "PICTURE p\np.alloc(40,60)\np.ramp(1.0,0.5)\nFLOAT f\nf=p.getPixel(2,4)\necho(f)\n"
+                                "p.setPixel(0,0,100.0)\nf=p.max()\necho(f)\nf=p.min()\necho(f)\n"
+                                "REGION r\nr.rect(0,0,9,9)\nINT n\nn=r.count()\necho(n)\n"
+                                "REGION c\nc.circle(30,20,5)\nr.unite(c)\nn=r.count()\necho(n)\n"
+                                "REGION t\nt.threshold(p,30.0,200.0)\nn=t.count()\necho(n)\n"
+                                "f=c.mean(p)\necho(f)\nPICTURE q\nq=p\nq.scale(2.0)\nf=q.max()\necho(f)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  double v[3];
+  ASSERT_EQ(std::sscanf(out.c_str(), "%le%le%le", &v[0], &v[1], &v[2]), 3) << out;
+  EXPECT_DOUBLE_EQ(v[0], 4.0);    // 1 + 0.5 * (2 + 4)
+  EXPECT_DOUBLE_EQ(v[1], 100.0);
+  EXPECT_DOUBLE_EQ(v[2], 1.5);    // pixel (0,1): pixel (0,0) was set to 100
+  // 100 pixels of the rectangle; a circle of radius 5 is 81 pixels or so.
+  EXPECT_NE(out.find(" 100 "), std::string::npos) << out;
+  EXPECT_NE(out.find(" 2.000000e+02 "), std::string::npos) << out;
+  // The picture's values 30..200: 1 + 0.5 * (l + k) >= 30 for l + k >= 58,
+  // and the pixel set to 100.
+  int fromRamp = 0;
+  for (int l = 0; l < 40; ++l)
+    for (int k = 0; k < 60; ++k) fromRamp += (l + k >= 58);
+  EXPECT_NE(out.find(" " + std::to_string(fromRamp + 1) + " "), std::string::npos) << out;
+  // The circle's mean is the ramp at its centre (symmetric around it).
+  EXPECT_NE(out.find(" 2.600000e+01 "), std::string::npos) << out;  // 1 + 0.5 * 50
+}
+
+TEST(HostClasses, PictureThroughHDF5) {
+  Session s;
+  const std::string file = s.path("pic.h5");
+  s.run(load() + "PICTURE p\np.alloc(3,4)\np.ramp(0.0,1.0)\np.saveHDF5(\"" + file +
+        "\",\"/Bilder/Leuchte\")\nPICTURE q\nq.loadHDF5(\"" + file +
+        "\",\"/Bilder/Leuchte\")\nFLOAT f\nf=q.getPixel(2,3)\necho(f)\nINT w\nw=q.width()\necho(w)\n"
+        "q.loadHDF5(\"" + file + "\",\"/nothing\")\n");
+  EXPECT_NE(s.lastError(), 0u);
+  const std::string out = Session::slurp(s.path("o.txt"));
+  EXPECT_NE(out.find("5.000000e+004"), std::string::npos) << out;
+  FILE* dump = ::popen(("h5dump -d /Bilder/Leuchte " + file + " 2>&1").c_str(), "r");
+  ASSERT_NE(dump, nullptr);
+  std::string text;
+  char buffer[256];
+  while (std::fgets(buffer, sizeof buffer, dump)) text += buffer;
+  ::pclose(dump);
+  EXPECT_NE(text.find("DATASPACE  SIMPLE { ( 3, 4 ) / ( 3, 4 ) }"), std::string::npos) << text;
+  EXPECT_NE(text.find("(2,0): 2, 3, 4, 5"), std::string::npos) << text;
+  // Loading the library twice registers its classes twice: the second time
+  // fails at the class line, the classes stay.
+  s.run(load());
+  kx::deleteError();
+  EXPECT_NE(Session::slurp(s.path("e.txt")).find("Klasse PICTURE existiert schon"), std::string::npos);
+}
