@@ -9,7 +9,7 @@
 using kdotest::Session;
 
 namespace {
-const std::filesystem::path examples = std::filesystem::path(__FILE__).parent_path() / "../../examples/macros";
+const std::filesystem::path examples = std::filesystem::path(KX_EXAMPLES_DIR) / "macros";
 }
 
 class ExampleMacro : public ::testing::TestWithParam<const char*> {};

@@ -22,6 +22,9 @@ TEST(LineParser, StatementForms) {
                   "INT v[3]\nv[2]=9\nn=v[2]+1\necho(n)\n"),
             "4240-355.000000e-01xy2<5>10");
   EXPECT_EQ(s.lastError(), 0xe7520056UL);  // n=t.toString(..) into an INT
+  // Commas are dropped wherever they stand: "b c" is two arguments, ",b" one.
+  EXPECT_EQ(s.run("LITERAL p=\"ab\"\nLITERAL q=\"b\"\nn.strstr(p q)\necho(n)\nn.strlen(,p)\necho(n)\n"), "12");
+  EXPECT_EQ(s.lastError(), 0u);
 }
 
 TEST(LineParser, IfElseAndTheLineAfter) {
@@ -67,6 +70,12 @@ TEST(LineParser, FailingLinesAndTheirMessages) {
   s.run("INT a\nif(a)\n");
   EXPECT_EQ(s.lastError(), 0xe752005cUL);
   s.run("if(a<1)\nINT b\n");
+  EXPECT_EQ(s.lastError(), 0xe7520036UL);
+  s.run("if(a<)\n");
+  EXPECT_EQ(s.lastError(), 0xe752005cUL);
+  s.run("if(a<a a)\n");
+  EXPECT_EQ(s.lastError(), 0xe752005cUL);
+  s.run("procedure nobody()\necho(1)\n");
   EXPECT_EQ(s.lastError(), 0xe7520036UL);
   s.run("FLOAT f\nif(f>1.0)\n");
   EXPECT_EQ(s.lastError(), 0xe7520062UL);
