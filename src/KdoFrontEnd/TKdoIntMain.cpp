@@ -20,6 +20,7 @@
 #include "file98/TIniFile2Registry.h"
 #include "kdoint/TIInterpreter.h"
 #include "kdoint/TIMessage.h"
+#include "kdoint/TIStepLoop.h"
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
 #include "platform/Clock.h"
@@ -199,6 +200,26 @@ bool TKdoIntMain::FormCreate() {
       interpreter_->vSetEventHook([this] {
         _vDrainPipe();
         _vShowOutput();
+      });
+      // The step display on the terminal: each held line on standard error,
+      // the buttons as letters on standard input (i into, o over, r run,
+      // h halt, q hide).
+      TIStepLoop& step = interpreter_->rGetStepLoop();
+      step.vSetShow([](const TIStepLoop::TRow& r) {
+        std::fprintf(stderr, "[step] %s(%d) depth %d, %s: %s\n", r.file.c_str(), r.line, r.depth, r.status.c_str(),
+                     r.command.c_str());
+      });
+      step.vSetEvents([this, &step] {
+        _vDrainPipe();
+        pollfd in{0, POLLIN, 0};
+        char c = 0;
+        while (::poll(&in, 1, 0) > 0 && (in.revents & POLLIN) && ::read(0, &c, 1) == 1) {
+          if (c == 'i') step.vInto();
+          if (c == 'o') step.vOver();
+          if (c == 'r') step.vRun();
+          if (c == 'h') step.vHalt();
+          if (c == 'q') step.vHide();
+        }
       });
       interpreter_->init();
       inputClient_.Open(stdin_.c_str());

@@ -15,6 +15,10 @@
 // with the -i number: kept as it is); -p=PATH the FIFO (default
 // $XDG_RUNTIME_DIR/Ombrix, else /tmp/Ombrix-<uid>).
 //
+// Step mode (step()) shows each held line on standard error and takes the
+// buttons as letters from standard input: i into, o over, r run, h halt,
+// q hide (ends step mode).
+//
 // SIGTERM and SIGINT write play("Beenden.mac") to the input file, as closing
 // the window does; the third one ends the process at once.
 #pragma once

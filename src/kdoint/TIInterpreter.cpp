@@ -9,6 +9,7 @@
 #include "kdoint/TIUserBasic.h"
 #include "kdoint/TIBuiltInClasses.h"
 #include "kdoint/TIMessage.h"
+#include "kdoint/TIStepLoop.h"
 #include "kdoint/TITrace.h"
 #include "kxexception/KxError.h"
 #include "platform/Clock.h"
@@ -49,6 +50,8 @@ TIInterpreter::TIInterpreter(const char* stdinFile, const char* stdoutFile, cons
   copy(initDir_, initDir);
   copy(tempDir_, tempDir);
   copy(iniFile_, iniFile);
+  stepLoop_ = std::make_unique<TIStepLoop>(*this);
+  stepDisplay_ = stepLoop_.get();
   instance = this;
   TIVariableArray::vSetEventHook(processEventsOfInstance);
 }
@@ -201,6 +204,8 @@ void TIInterpreter::execLine(const char* line, const char* fileName, int lineNum
 void TIInterpreter::messageStartExecute() { io_.writeOutput(TIMessage::getString(0x200a)); }
 void TIInterpreter::messageStopExecute() { io_.writeOutput(TIMessage::getString(0x200b)); }
 void TIInterpreter::messageErrorExecute() { io_.writeOutput(TIMessage::getString(0x1013)); }
+
+void TIInterpreter::vSetStepDisplay(TIStepDisplay* display) { stepDisplay_ = display ? display : stepLoop_.get(); }
 
 void TIInterpreter::vSetStepMode(bool on) {
   stepMode_ = on;

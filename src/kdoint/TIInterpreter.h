@@ -10,6 +10,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,8 @@ class TIStepDisplay {
   virtual void vStep(const char* line, const char* fileName, int lineNumber, int depth, int status) = 0;
   virtual void vShow() {}
 };
+
+class TIStepLoop;
 
 class TIInterpreter {
  public:
@@ -81,8 +84,10 @@ class TIInterpreter {
   void doneBringToFront() { bringToFront_ = false; }
   bool bIsStepMode() const { return stepMode_; }
   void vSetStepMode(bool on);
-  // The front end's step display (not owned); null for none.
-  void vSetStepDisplay(TIStepDisplay* display) { stepDisplay_ = display; }
+  // The step display: the interpreter's own TIStepLoop unless another one
+  // (not owned) is set; null sets the own one back.
+  void vSetStepDisplay(TIStepDisplay* display);
+  TIStepLoop& rGetStepLoop() { return *stepLoop_; }
   void vStep(const char* line, const char* fileName, int lineNumber, int depth, int status);
 
   // What "processMessages()" and a destroy run: the front end's events.
@@ -146,6 +151,7 @@ class TIInterpreter {
   bool visible_ = false;
   bool bringToFront_ = false;
   bool showError_ = false;
+  std::unique_ptr<TIStepLoop> stepLoop_;
   TIStepDisplay* stepDisplay_ = nullptr;
   bool stepMode_ = false;
   std::function<void()> eventHook_;
