@@ -6,6 +6,8 @@
 
 #include <cerrno>
 
+#include "platform/SharedAppend.h"
+
 CPipe::~CPipe() {
   if (fd_ >= 0) ::close(fd_);
 }
@@ -59,31 +61,8 @@ bool CPipeServer::Read(char* buffer, std::size_t count, std::size_t* bytesRead) 
 
 bool CPipeClient::Write(const char* buffer, std::size_t count, bool bAppend) {
   if (error_ || fd_ < 0) return false;
-  struct flock lock{};
-  if (bAppend) {
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_END;
-    lock.l_len = static_cast<off_t>(count);
-    while (::fcntl(fd_, F_SETLKW, &lock) != 0 && errno == EINTR) {
-    }
-    ::lseek(fd_, 0, SEEK_END);
-  }
-  std::size_t done = 0;
-  while (done < count) {
-    const ssize_t n = ::write(fd_, buffer + done, count - done);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) {
-      error_ = n < 0 ? errno : EIO;
-      break;
-    }
-    done += static_cast<std::size_t>(n);
-  }
-  if (bAppend) {
-    lock.l_type = F_UNLCK;
-    lock.l_whence = SEEK_SET;
-    lock.l_start = 0;
-    lock.l_len = 0;
-    ::fcntl(fd_, F_SETLK, &lock);
-  }
+  int err = 0;
+  const std::size_t done = kx::platform::writeAll(fd_, buffer, count, bAppend, err);
+  if (done < count) error_ = err ? err : EIO;
   return error_ == 0;
 }

@@ -14,6 +14,7 @@
 #include "kdoint/KdoIntErrors.h"
 #include "kdoint/TIMessage.h"
 #include "kxexception/KxError.h"
+#include "platform/SharedAppend.h"
 
 using namespace kdoint;
 
@@ -254,35 +255,8 @@ void TIFileWrite::write(const char* text, std::size_t size) {
       _write(text, size);
       return;
     }
-    struct flock lock{};
-    if (sharedAppend_) {
-      // The range this text adds is locked, the text goes to the end.
-      lock.l_type = F_WRLCK;
-      lock.l_whence = SEEK_END;
-      lock.l_start = 0;
-      lock.l_len = static_cast<off_t>(size);
-      while (::fcntl(fd_, F_SETLKW, &lock) != 0 && errno == EINTR) {
-      }
-      ::lseek(fd_, 0, SEEK_END);
-    }
-    std::size_t done = 0;
     int err = 0;
-    while (done < size) {
-      const ssize_t n = ::write(fd_, text + done, size - done);
-      if (n < 0 && errno == EINTR) continue;
-      if (n <= 0) {
-        err = n < 0 ? errno : 0;
-        break;
-      }
-      done += static_cast<std::size_t>(n);
-    }
-    if (sharedAppend_) {
-      lock.l_type = F_UNLCK;
-      lock.l_whence = SEEK_SET;
-      lock.l_start = 0;
-      lock.l_len = 0;
-      ::fcntl(fd_, F_SETLK, &lock);
-    }
+    const std::size_t done = kx::platform::writeAll(fd_, text, size, sharedAppend_, err);
     if (err != 0) KX_THROW(ulWriteFailed, "%s: %s", name_, std::strerror(err));
     if (done < size) KX_THROW(ulWriteShort, "%s", name_);
   }

@@ -40,22 +40,6 @@ void appendArgument(TICallList& call, const TIToken& t) {
   }
 }
 
-// Runs `body` in a level of its own, closed also when it fails.
-template <class F>
-void inCallLevel(TIVariableArray& variables, F body) {
-  variables.openLevel();
-  try {
-    body();
-  } catch (...) {
-    try {
-      variables.closeLevel(true);
-    } catch (unsigned long) {
-    }
-    throw;
-  }
-  variables.closeLevel(true);
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------- methods
@@ -101,7 +85,7 @@ void TIFunctionParser::callAssignOperator() {
 }
 
 void TIFunctionParser::_vCall(bool bAssign, bool bOperator) {
-  inCallLevel(variables_, [&] {
+  variables_.vInLevel([&] {
     TITokenLine& t = tokens_;
     if (bAssign) t.deleteToken(1);
     const unsigned self = bAssign ? 1 : 0;
@@ -169,7 +153,7 @@ void TIEmbeddedParser::callFunction() {
 }
 
 void TIEmbeddedParser::_vCall(bool bResult) {
-  inCallLevel(variables_, [&] {
+  variables_.vInLevel([&] {
     TITokenLine& t = tokens_;
     if (bResult) t.deleteToken(1);
     const unsigned name = bResult ? 1 : 0;

@@ -83,8 +83,7 @@ TIProcedure& TIProcedureList::operator[](unsigned i) {
 void TIProcedureList::vExecProcedure(TIInterpreter& interpreter, TIClassList& classes, TIVariableArray& variables,
                                      TITokenLine& t) {
   KX_TRY {
-    variables.openLevel();
-    try {
+    variables.vInLevel([&] {
       if (t.getSize() < 2 || t[1].getMeaning() != eLISTBEGIN) KX_THROW(ulProcCallNoOpen, "%s", sCallFormat());
       if (t[t.getSize() - 1].getMeaning() != eLISTEND) KX_THROW(ulProcCallNoClose, "%s", sCallFormat());
       std::vector<std::string> actual;
@@ -148,14 +147,7 @@ void TIProcedureList::vExecProcedure(TIInterpreter& interpreter, TIClassList& cl
         throw;
       }
       interpreter.vIncPlayDepth();
-    } catch (...) {
-      try {
-        variables.closeLevel(true);
-      } catch (unsigned long) {
-      }
-      throw;
-    }
-    variables.closeLevel(true);
+    });
   }
   KX_CATCH
 }

@@ -49,6 +49,22 @@ class TIVariableArray {
   // "destroy" is called for those whose content nobody else shares. Without
   // `bForce` the last remaining level is kept (silently).
   void closeLevel(bool bForce);
+  // Runs `body` in a level of its own (the temporaries of a call), closed
+  // afterwards, also when the body fails.
+  template <class F>
+  void vInLevel(F&& body) {
+    openLevel();
+    try {
+      body();
+    } catch (...) {
+      try {
+        closeLevel(true);
+      } catch (unsigned long) {
+      }
+      throw;
+    }
+    closeLevel(true);
+  }
   unsigned uGetLevels() const { return static_cast<unsigned>(levels_.size()); }
 
   int find(const char* name) const;
