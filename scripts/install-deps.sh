@@ -5,7 +5,7 @@ set -euo pipefail
 PKGS=(g++ cmake ninja-build ccache pkg-config
       libgtest-dev libgmock-dev googletest libbenchmark-dev
       libhdf5-dev hdf5-tools libtiff-tools
-      python3 python3-numpy python3-h5py python3-tifffile locales)
+      python3 python3-numpy python3-h5py python3-tifffile python3-colorspacious python3-colormath locales)
 missing=()
 for p in "${PKGS[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

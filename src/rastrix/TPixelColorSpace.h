@@ -12,11 +12,8 @@
 // one pixel per space, and the reference white. The initial state is CIE RGB
 // to CIE RGB with the reference CIE RGB (255, 255, 255).
 //
-// This unit converts between the linear spaces and their chromaticities: CIE
-// RGB, sRGB, EBU RGB, user RGB, XYZ, Lxy, Luv, Lu'v' and Lrg. The spaces that
-// need the reference white or the spectrum locus (L*u*v*, C*h*s*, L*a*b*,
-// C*h*, WST, LWS) and HSV, HSI have names and units here; choosing one of them
-// as the to-flag raises 0xe072108e until their conversions are added.
+// Spaces that need the reference white (L*u*v*, C*h*s*, L*a*b*, C*h*, WST,
+// LWS) are 0 while none is set. No gamma is applied: every RGB is linear.
 #pragma once
 
 #include "rastrix/TRGBPixel.h"
@@ -83,6 +80,8 @@ class TPixelColorSpace {
   void vSetLuv(const TRGBFloatPixel& p) { vSetColor(p, LUV); }
   void vSetLu_v_(const TRGBFloatPixel& p) { vSetColor(p, LU_V_); }
   void vSetLrg(const TRGBFloatPixel& p) { vSetColor(p, LRG); }
+  void vSetHSV(const TRGBFloatPixel& p) { vSetColor(p, HSV); }
+  void vSetHSI(const TRGBFloatPixel& p) { vSetColor(p, HSI); }
 
   // The colour in one space, as last computed.
   const TRGBFloatPixel& rGetColor(unsigned flag) const;
@@ -95,7 +94,20 @@ class TPixelColorSpace {
   const TRGBFloatPixel& rGetLuv() const { return rGetColor(LUV); }
   const TRGBFloatPixel& rGetLu_v_() const { return rGetColor(LU_V_); }
   const TRGBFloatPixel& rGetLrg() const { return rGetColor(LRG); }
-  // Y when XYZ is computed, else L of Lxy, Luv, Lu'v'; otherwise 0xe0721084.
+  const TRGBFloatPixel& rGetLsusvs() const { return rGetColor(LSUSVS); }
+  const TRGBFloatPixel& rGetCshsss_uv() const { return rGetColor(CSHSSS_UV); }
+  const TRGBFloatPixel& rGetLsasbs() const { return rGetColor(LSASBS); }
+  const TRGBFloatPixel& rGetCshs_ab() const { return rGetColor(CSHS_AB); }
+  const TRGBFloatPixel& rGetHSV() const { return rGetColor(HSV); }
+  const TRGBFloatPixel& rGetHSI() const { return rGetColor(HSI); }
+  const TRGBFloatPixel& rGetWST() const { return rGetColor(WST); }
+  const TRGBFloatPixel& rGetLWS() const { return rGetColor(LWS); }
+  // The correlated colour temperature of the chromaticity (x, y, z) by
+  // Robertson's method on his 31 isotemperature lines; 0 when x, y and z
+  // are all 0 or there is no crossing in the table.
+  static double dRobertson(double x, double y, double z);
+  // Y when XYZ is computed, else L of Lxy, Luv, Lu'v', else Y from CIE RGB;
+  // otherwise 0xe0721084.
   double dGetLuminance() const;
 
   // The reference white, given in `flag`'s space; proved before it is taken.
@@ -115,6 +127,17 @@ class TPixelColorSpace {
   // Validity of a colour.
   static bool bProofXYZ(const TRGBFloatPixel& xyz);
   static bool bProofRGB(const TRGBFloatPixel& cieRgb);
+  // H in [0, 360), S in [0, 1], V at least 0.
+  static bool bProofHSV(const TRGBFloatPixel& hsv);
+  // H in [0, 360), S in [0, 1], I at least 0.
+  static bool bProofHSI(const TRGBFloatPixel& hsi);
+  // L at least 0, r and g chromaticities.
+  static bool bProofLrg(const TRGBFloatPixel& lrg);
+  // The reference as CIE RGB, shared by default (255, 255, 255).
+  static const TRGBFloatPixel& rGetStaticRefInCIE_RGB();
+  // The name of the user RGB space.
+  static void vSetNameUserRGB(const char* name);
+  static const char* cpGetUserRGBName();
 
   // The user RGB matrices (nine floats, row by row, input R, G, B or X, Y, Z),
   // shared by the process; they start as the CIE RGB matrices.
@@ -128,6 +151,10 @@ class TPixelColorSpace {
   static unsigned _uWorkFlags(unsigned from, unsigned to);
   void _vContinueFromXYZ();
   void _vToXYZ(const TRGBFloatPixel& p, unsigned flag, double xyz[3]) const;
+  // The angle and distance of each locus point seen from the reference.
+  void vCreateWSTVectors();
+  // Dominant wavelength, saturation and colour temperature of an Lxy colour.
+  void vLxy_WST(const double lxy[3], double wst[3]) const;
 
   unsigned uFrom = CIE_RGB;
   unsigned uTo = CIE_RGB;

@@ -88,7 +88,7 @@ TEST(PixelColorSpace, NamesUnitsAndErrors) {
   EXPECT_FALSE(TPixelColorSpace::bNeedReferenzColor(0x20));
   TPixelColorSpace cs;
   const std::tuple<unsigned, unsigned, unsigned long> refused[] = {
-      {0x100, 0x1, Err::ulColorSpaceNoWayBack}, {0x1, 0x400, Err::ulColorSpaceNoWayBack}, {0x1, 0x6, Err::ulColorSpaceIndex}};
+      {0x100, 0x1, Err::ulColorSpaceNoWayBack}, {0x4000, 0x1, Err::ulColorSpaceNoWayBack}, {0x1, 0x6, Err::ulColorSpaceIndex}};
   for (const auto& [from, to, code] : refused) EXPECT_EQ(codeOf([&] { cs.vSetFlag(from, to); }), code) << from << ">" << to;
   EXPECT_EQ(cs.uGetToFlag(), 1u);  // a refused choice changes nothing
 }
