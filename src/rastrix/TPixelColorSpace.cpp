@@ -8,35 +8,18 @@
 #include "kxexception/KxError.h"
 #include "platform/CLocale.h"
 #include "rastrix/CieTables.h"
+#include "rastrix/ColorMath.h"
 #include "rastrix/RastrixErrors.h"
 
 namespace Rastrix {
 
 namespace {
 
-using M3 = double[3][3];
-
-constexpr M3 mCieToXyz = {{2.7689, 1.7518, 1.1302}, {1.0, 4.5907, 0.0601}, {0.0, 0.0565, 5.5943}};
-constexpr M3 mXyzToCie = {{0.418455786, -0.158662225, -0.082834873},
-                          {-0.09116499, 0.252426742, 0.015705955},
-                          {0.000920727, -0.0025494, 0.178594751}};
-constexpr M3 mSrgbToXyz = {{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}};
-constexpr M3 mXyzToSrgb = {{3.240625477, -1.537207972, -0.498628599},
-                           {-0.968930715, 1.875756061, 0.041517524},
-                           {0.05571012, -0.204021051, 1.056995942}};
-constexpr M3 mEbuToXyz = {{0.431, 0.342, 0.178}, {0.222, 0.707, 0.071}, {0.02, 0.13, 0.939}};
-constexpr M3 mXyzToEbu = {{3.05958989, -1.39274638, -0.474677324},
-                          {-0.967628725, 1.874840829, 0.04166583},
-                          {0.068796524, -0.229898168, 1.069304567}};
-
 // The user matrices, process wide; they start as the CIE RGB ones.
 float gUserToXyz[9] = {2.7689f, 1.7518f, 1.1302f, 1.0f, 4.5907f, 0.0601f, 0.0f, 0.0565f, 5.5943f};
 float gXyzToUser[9] = {0.418455786f, -0.158662225f, -0.082834873f, -0.09116499f, 0.252426742f,
                        0.015705955f, 0.000920727f, -0.0025494f,  0.178594751f};
 
-void mul(const M3& m, const double in[3], double out[3]) {
-  for (int i = 0; i < 3; ++i) out[i] = m[i][0] * in[0] + m[i][1] * in[1] + m[i][2] * in[2];
-}
 void mulUser(const float* m, const double in[3], double out[3]) {
   for (int i = 0; i < 3; ++i) out[i] = m[3 * i] * in[0] + m[3 * i + 1] * in[1] + m[3 * i + 2] * in[2];
 }
@@ -91,39 +74,6 @@ constexpr unsigned uReference = 0x100 | 0x200 | 0x400 | 0x800 | 0x4000 | 0x10000
 void checkIndex(int index) {
   if (index < 0 || index > 2) KX_THROW(Err::ulColorSpaceIndex, "Index=%d", index);
 }
-
-// X, Y, Z to the chromaticity spaces; guards as the formulas require.
-void xyzToLxy(const double xyz[3], double out[3]) {
-  const double s = xyz[0] + xyz[1] + xyz[2];
-  out[0] = xyz[1];
-  if (xyz[1] > 0 && std::fabs(s) > 1e-6) {
-    out[1] = xyz[0] / s;
-    out[2] = xyz[1] / s;
-  } else {
-    out[1] = out[2] = 0.0;
-  }
-}
-// Luv with vFactor 3, Lu'v' with vFactor 4.5.
-void xyzToLuv(const double xyz[3], double vFactor, double out[3]) {
-  const double d = 0.5 * xyz[0] + 7.5 * xyz[1] + 1.5 * xyz[2];
-  out[0] = xyz[1];
-  if (xyz[1] > 0 && std::fabs(d) > 1e-6) {
-    out[1] = 2.0 * xyz[0] / d;
-    out[2] = vFactor * xyz[1] / d;
-  } else {
-    out[1] = out[2] = 0.0;
-  }
-}
-void luvToXyz(double L, double u, double v, double xyz[3]) {
-  if (v > 0) {
-    xyz[0] = 1.5 * L * u / v;
-    xyz[1] = L;
-    xyz[2] = 0.5 * L * (4.0 - u - 10.0 * v) / v;
-  } else {
-    xyz[0] = xyz[1] = xyz[2] = 0.0;
-  }
-}
-
 
 constexpr double dPi = 3.14159265358979323846;
 constexpr double dDeg = 180.0 / dPi;
@@ -393,9 +343,9 @@ void TPixelColorSpace::_vToXYZ(const TRGBFloatPixel& p, unsigned flag, double xy
   double c[3];
   unpack(p, c);
   switch (flag) {
-    case CIE_RGB: mul(mCieToXyz, c, xyz); break;
-    case S_RGB: mul(mSrgbToXyz, c, xyz); break;
-    case EBU_RGB: mul(mEbuToXyz, c, xyz); break;
+    case CIE_RGB: colormath::mul(colormath::mCieToXyz, c, xyz); break;
+    case S_RGB: colormath::mul(colormath::mSrgbToXyz, c, xyz); break;
+    case EBU_RGB: colormath::mul(colormath::mEbuToXyz, c, xyz); break;
     case USER_RGB: mulUser(gUserToXyz, c, xyz); break;
     case XYZ:
       for (int i = 0; i < 3; ++i) xyz[i] = c[i];
@@ -409,8 +359,8 @@ void TPixelColorSpace::_vToXYZ(const TRGBFloatPixel& p, unsigned flag, double xy
         xyz[2] = (1.0 - c[1] - c[2]) * c[0] / c[2];
       }
       break;
-    case LUV: luvToXyz(c[0], c[1], c[2], xyz); break;
-    case LU_V_: luvToXyz(c[0], c[1], c[2] * (2.0 / 3.0), xyz); break;
+    case LUV: colormath::luvToXyz(c[0], c[1], c[2], xyz); break;
+    case LU_V_: colormath::luvToXyz(c[0], c[1], c[2] * (2.0 / 3.0), xyz); break;
     case LRG: {
       const double L = c[0], r = c[1], g = c[2], b = 1.0 - r - g;
       const double y = 1.0 * r + 4.5907 * g + 0.0601 * b;
@@ -431,7 +381,7 @@ void TPixelColorSpace::_vToXYZ(const TRGBFloatPixel& p, unsigned flag, double xy
         hsvToRgb(c, rgb);
       else
         hsiToRgb(c, rgb);
-      mul(mCieToXyz, rgb, xyz);
+      colormath::mul(colormath::mCieToXyz, rgb, xyz);
       break;
     }
     default: KX_THROW(Err::ulColorSpaceNoWayBack, "%s", cpGetColorSpaceName(flag));
@@ -460,15 +410,15 @@ void TPixelColorSpace::_vContinueFromXYZ() {
     colors[_iIndexOf(flag)] = pack(v);
   };
   if (uWork & CIE_RGB) {
-    mul(mXyzToCie, xyz, c);
+    colormath::mul(colormath::mXyzToCie, xyz, c);
     put(CIE_RGB, c);
   }
   if (uWork & S_RGB) {
-    mul(mXyzToSrgb, xyz, c);
+    colormath::mul(colormath::mXyzToSrgb, xyz, c);
     put(S_RGB, c);
   }
   if (uWork & EBU_RGB) {
-    mul(mXyzToEbu, xyz, c);
+    colormath::mul(colormath::mXyzToEbu, xyz, c);
     put(EBU_RGB, c);
   }
   if (uWork & USER_RGB) {
@@ -478,13 +428,13 @@ void TPixelColorSpace::_vContinueFromXYZ() {
   double lxy[3] = {0, 0, 0}, lu_v_[3] = {0, 0, 0}, lsusvs[3] = {0, 0, 0}, lab[3] = {0, 0, 0};
   // A space that is the source is not written over, but what depends on it
   // is computed all the same.
-  if (uWork & (LXY | WST | LWS)) xyzToLxy(xyz, lxy);
+  if (uWork & (LXY | WST | LWS)) colormath::xyzToLxy(xyz, lxy);
   if (uWork & LXY) put(LXY, lxy);
   if (uWork & LUV) {
-    xyzToLuv(xyz, 3.0, c);
+    colormath::xyzToLuv(xyz, 3.0, c);
     put(LUV, c);
   }
-  if (uWork & (LU_V_ | LSUSVS | CSHSSS_UV)) xyzToLuv(xyz, 4.5, lu_v_);
+  if (uWork & (LU_V_ | LSUSVS | CSHSSS_UV)) colormath::xyzToLuv(xyz, 4.5, lu_v_);
   if (uWork & LU_V_) put(LU_V_, lu_v_);
   if (uWork & LSUSVS) {
     const double L = lu_v_[0], Ln = refLu_v_.r;
@@ -510,21 +460,9 @@ void TPixelColorSpace::_vContinueFromXYZ() {
     put(CSHSSS_UV, c);
   }
   if (uWork & LSASBS) {
-    const double Xn = refXYZ.r, Yn = refXYZ.g, Zn = refXYZ.b;
-    if (bRefSet && xyz[1] > 0 && Xn > 0 && Yn > 0 && Zn > 0) {
-      double fx = xyz[0] / Xn, fy = xyz[1] / Yn, fz = xyz[2] / Zn;
-      if (fy <= 0.008856) {
-        lab[0] = 903.3 * fy;
-        fy = 7.787 * fy + 16.0 / 116.0;
-      } else {
-        fy = std::cbrt(fy);
-        lab[0] = 116.0 * fy - 16.0;
-      }
-      // X and Z turn at 0.00856, not at 0.008856 as Y: kept as it is.
-      fx = fx <= 0.00856 ? 7.787 * fx + 16.0 / 116.0 : std::cbrt(fx);
-      fz = fz <= 0.00856 ? 7.787 * fz + 16.0 / 116.0 : std::cbrt(fz);
-      lab[1] = 500.0 * (fx - fy);
-      lab[2] = 200.0 * (fy - fz);
+    if (bRefSet) {
+      const double ref[3] = {refXYZ.r, refXYZ.g, refXYZ.b};
+      colormath::xyzToLab(xyz, ref, lab);
     }
     put(LSASBS, lab);
   }
@@ -557,7 +495,7 @@ void TPixelColorSpace::_vContinueFromXYZ() {
   }
   if (uWork & LRG) {
     double rgb[3];
-    mul(mXyzToCie, xyz, rgb);
+    colormath::mul(colormath::mXyzToCie, xyz, rgb);
     const double t = rgb[0] + rgb[1] + rgb[2];
     if (xyz[1] > 0 && std::fabs(t) > 1e-6) {
       c[0] = xyz[1];
@@ -585,7 +523,7 @@ double TPixelColorSpace::dGetLuminance() const {
   if (uWork & LU_V_) return rGetLu_v_().r;
   if (uWork & CIE_RGB) {
     const TRGBFloatPixel& p = rGetCIE_RGB();
-    return mCieToXyz[1][0] * p.r + mCieToXyz[1][1] * p.g + mCieToXyz[1][2] * p.b;
+    return colormath::mCieToXyz[1][0] * p.r + colormath::mCieToXyz[1][1] * p.g + colormath::mCieToXyz[1][2] * p.b;
   }
   KX_THROW(Err::ulColorSpaceIndex, "Index=%d", static_cast<int>(uWork));
 }
@@ -632,7 +570,7 @@ const char* TPixelColorSpace::cpGetUserRGBName() { return userRGBName().c_str();
 bool TPixelColorSpace::bProofRGB(const TRGBFloatPixel& p) {
   double c[3], xyz[3];
   unpack(p, c);
-  mul(mCieToXyz, c, xyz);
+  colormath::mul(colormath::mCieToXyz, c, xyz);
   return bProofXYZ(pack(xyz));
 }
 
@@ -647,12 +585,12 @@ void TPixelColorSpace::vSetReference(const TRGBFloatPixel& p, unsigned flag) {
     if (flag == CIE_RGB) {
       refCIE_RGB = p;
     } else {
-      mul(mXyzToCie, xyz, c);
+      colormath::mul(colormath::mXyzToCie, xyz, c);
       refCIE_RGB = pack(c);
     }
-    xyzToLxy(xyz, c);
+    colormath::xyzToLxy(xyz, c);
     refLxy = pack(c);
-    xyzToLuv(xyz, 4.5, c);
+    colormath::xyzToLuv(xyz, 4.5, c);
     refLu_v_ = pack(c);
     bRefSet = true;
     vCreateWSTVectors();
