@@ -7,4 +7,5 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   auto exec = reinterpret_cast<TIUserBasic::TExecLine>(execLine);
   kxhost::pPictureClass()->registerClass(exec);
   kxhost::pRegionClass()->registerClass(exec);
+  kxhost::pColorPictureClass()->registerClass(exec);
 }

@@ -9,4 +9,5 @@
 namespace kxhost {
 std::unique_ptr<TIUserBasic> pPictureClass();
 std::unique_ptr<TIUserBasic> pRegionClass();
+std::unique_ptr<TIUserBasic> pColorPictureClass();
 }  // namespace kxhost

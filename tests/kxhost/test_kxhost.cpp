@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <sstream>
 #include <string>
 
 #include "KdoSession.h"
@@ -76,4 +77,26 @@ TEST(HostClasses, PictureThroughHDF5) {
   s.run(load());
   kx::deleteError();
   EXPECT_NE(Session::slurp(s.path("e.txt")).find("Klasse PICTURE existiert schon"), std::string::npos);
+}
+
+TEST(HostClasses, ColourPictureToLxyAndDominantWavelength) {
+  Session s;
+  const std::string out = s.run(load() + spaced(
+      "COLORPICTURE c\nc.alloc(2,3)\nc.fill(180.0,160.0,40.0)\nc.convert(32)\nLITERAL n\nn=c.spaceName()\n"
+      "echo(n)\nFLOAT v\nv=c.getValue(1,2,1)\necho(v)\nv=c.dominantWavelength(0,0)\necho(v)\n"
+      "c.convert(16384)\nv=c.getValue(0,0,0)\necho(v)\nc.convert(1)\n"));
+  std::istringstream in(out);
+  std::string name;
+  double x, lambdaOfPixel, lambdaOfWst;
+  in >> name >> x >> lambdaOfPixel >> lambdaOfWst;
+  EXPECT_EQ(name, "Lxy") << out;
+  // x of CIE RGB (180, 160, 40) through the CIE RGB matrix.
+  const double X = 2.7689 * 180 + 1.7518 * 160 + 1.1302 * 40, Y = 180 + 4.5907 * 160 + 0.0601 * 40,
+               Z = 0.0565 * 160 + 5.5943 * 40;
+  EXPECT_NEAR(x, X / (X + Y + Z), 1e-6);
+  EXPECT_GT(lambdaOfPixel, 565);  // a yellow
+  EXPECT_LT(lambdaOfPixel, 585);
+  EXPECT_NEAR(lambdaOfWst, lambdaOfPixel, 1e-3);  // the whole picture to WST says the same
+  // WST has no way back.
+  EXPECT_EQ(s.lastError(), 0xe072108eUL);
 }

@@ -2,6 +2,7 @@
 // colorspacious and colormath, Python's colorsys, Planck radiators computed
 // here from the CIE table; and the deliberate constants on their own.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
@@ -28,13 +29,17 @@ TRGBFloatPixel pix(double a, double b, double c) {
 
 // Runs a Python script with Debian's interpreter and reads back its numbers.
 std::vector<double> python(const std::string& script) {
-  const std::string file = ::testing::TempDir() + "kx_colour.py";
+  // One file per test process and call: ctest runs tests side by side.
+  static int serial = 0;
+  const std::string file =
+      ::testing::TempDir() + "kx_colour_" + std::to_string(::getpid()) + "_" + std::to_string(serial++) + ".py";
   std::ofstream(file) << script;
   FILE* p = ::popen(("/usr/bin/python3 " + file).c_str(), "r");
   std::vector<double> out;
   double v;
   while (p && std::fscanf(p, "%lf", &v) == 1) out.push_back(v);
   if (p) ::pclose(p);
+  std::remove(file.c_str());
   return out;
 }
 
