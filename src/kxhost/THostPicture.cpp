@@ -120,6 +120,16 @@ void loadHDF5(TIVariable** c) {
   pic(c[0]) = p;
 }
 
+// The plane files: raw (".pf") or, for a name holding ".txt", the text form.
+void save(TIVariable** c) {
+  const char* name = c[2]->getString() ? c[2]->getString() : "";
+  if (std::string(name).find(".txt") != std::string::npos)
+    filled(c[0]).vPic2AsciiFile(name, true, false);
+  else
+    filled(c[0]).writeFile(name, true);
+}
+void load(TIVariable** c) { pic(c[0]).readFile(c[2]->getString() ? c[2]->getString() : "", true); }
+
 void status(const TIVariable* v, char* buffer, int size) {
   const auto* p = static_cast<const Picture*>(v->getPointer());
   if (buffer && size > 0)
@@ -153,5 +163,7 @@ std::unique_ptr<TIUserBasic> kxhost::pPictureClass() {
           {"scale", nullptr, {D}, scale, "scale(Faktor) / scale(factor)"},
           {"operator=", nullptr, {P}, copy},
           {"saveHDF5", nullptr, {L, L}, saveHDF5, "saveHDF5(Datei,Pfad) / saveHDF5(file,path)"},
-          {"loadHDF5", nullptr, {L, L}, loadHDF5, "loadHDF5(Datei,Pfad) / loadHDF5(file,path)"}});
+          {"loadHDF5", nullptr, {L, L}, loadHDF5, "loadHDF5(Datei,Pfad) / loadHDF5(file,path)"},
+          {"save", nullptr, {L}, save, "save(Datei): Ebenendatei (.pf) oder Text (.txt) / plane file or text"},
+          {"load", nullptr, {L}, load, "load(Datei): Ebenendatei oder Text / plane file or text"}});
 }

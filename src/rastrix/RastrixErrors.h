@@ -49,4 +49,28 @@ inline constexpr unsigned long ulColorSpaceNoWayBack = 0xe072108eUL;
 // Pixel classifier
 inline constexpr unsigned long ulKlassifikatorIndex = 0x5100000UL;
 
+
+// --- plane files
+inline constexpr unsigned long ulFileExists = 0xe3721006UL;          // name
+inline constexpr unsigned long ulFileDeleteFailed = 0xe3a21007UL;    // name
+inline constexpr unsigned long ulFileOpenWrite = 0xe3521008UL;       // name
+inline constexpr unsigned long ulFileWriteFailed = 0xe3621009UL;     // name
+inline constexpr unsigned long ulFileOpenRead = 0xe322100aUL;        // name
+inline constexpr unsigned long ulFileNoTyp = 0xe052100bUL;           // name
+inline constexpr unsigned long ulFileTypValue = 0xe052100cUL;        // name
+inline constexpr unsigned long ulFileNoLines = 0xe052100eUL;
+inline constexpr unsigned long ulFileLinesUnreadable = 0xe052100fUL;
+inline constexpr unsigned long ulFileNoColumns = 0xe0521010UL;
+inline constexpr unsigned long ulFileColumnsUnreadable = 0xe0521011UL;
+inline constexpr unsigned long ulFileNoFirstLine = 0xe0521012UL;
+inline constexpr unsigned long ulFileFirstLineUnreadable = 0xe0521013UL;
+inline constexpr unsigned long ulFileNoFirstColumn = 0xe0521014UL;
+inline constexpr unsigned long ulFileFirstColumnUnreadable = 0xe0521015UL;
+inline constexpr unsigned long ulFileLinesDiffer = 0xe7521016UL;     // "Lines=%d != _Lines=%d"
+inline constexpr unsigned long ulFileColumnsDiffer = 0xe7521017UL;
+inline constexpr unsigned long ulFileFirstLineDiffers = 0xe7521018UL;
+inline constexpr unsigned long ulFileFirstColumnDiffers = 0xe7521019UL;
+inline constexpr unsigned long ulFileReadFailed = 0xe332101aUL;      // name
+inline constexpr unsigned long ulTextFileExists = 0xe3521095UL;      // name
+inline constexpr unsigned long ulClipboardBlock = 0xe752108bUL;
 }  // namespace Rastrix::Err

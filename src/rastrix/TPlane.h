@@ -33,6 +33,9 @@
 //   KX_FOR_EACH_PIXEL_TYPE(X)
 #pragma once
 
+#include <cstdio>
+#include <string>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -214,6 +217,66 @@ class TPlane : public TPlaneBasic {
   // when nothing is left (also: an invalid plane) min and max are untouched
   // and nothing is raised. A float NaN is passed over, unless it is the
   // first pixel, which then is the answer.
+  // ---- files (TPlaneFiles.cpp)
+  //
+  // The raw format: a text header (lines ended by CR LF: "Typ=", "Lines=",
+  // "Columns=", "FirstLine=", "FirstColumn=", for colour "ColorSpace=", then
+  // "Value%d=" and "Unit%d=" per channel, then the coordinate system's text
+  // when it has a type), one null byte, then the pixels line after line with
+  // no padding, in the host's byte order. The text format: the type word, the
+  // area "%d\t%d\t%d\t%d" (first line, last line, first column, last
+  // column), then one text line per picture line.
+  //
+  // Writing goes to a temporary file beside the target that is renamed over
+  // it at the end: a failure never leaves a file that reads as valid.
+  void writeFile(const char* name, bool overwrite) const override;
+  // ".txt" anywhere in the lower-cased name: text; else raw. Then the last
+  // file name, the stamp, not modified, message 51.
+  void readFile(const char* name, bool alloc) override;
+  void readFileAscii(const char* name, bool alloc);
+  void readFileBinaer(const char* name, bool alloc);
+  // Reads into a temporary plane (alloc true) and inserts it.
+  void insertFile(const char* name) override;
+  // The rectangle cut to the plane; a sub-file of a part is always raw.
+  void writeSubFile(const char* name, const CRectangle& r, bool overwrite) const;
+  // Overwrite: an existing file is deleted (0xe3a21007 if that fails); else
+  // an existing file is refused (0xe3721006). An invalid plane: 0xe7021004.
+  void vProofWriteable(const char* name, bool overwrite) const;
+  // Append the header lines to `out` (room for 2048 bytes).
+  virtual void vFormatHeader(char* out) const;
+  virtual void vFormatValueUnit(char* out) const;
+  virtual void vReadHeader(const char* header, const char* name, int& lines, int& columns, int& firstLine,
+                           int& firstColumn);
+  virtual void vReadValueUnit(const char* header);
+  // The text header: type word and area; all failures 0x03300000.
+  void vReadHeader2(std::FILE* f, int* firstColumn, int* lastColumn, int* firstLine, int* lastLine, bool* colour);
+  // Text export: the whole plane, an area (cut to the plane), a rectangle.
+  // `colourValues`: colour pixels as colour values of the plane's colour
+  // space, behind two lines "ColorSpace" and "RefColor". An existing file
+  // with overwrite false: 0xe3521095.
+  void vPic2AsciiFile(const char* name, bool overwrite, bool colourValues) const;
+  void vRect2AsciiFile(const char* name, bool overwrite, int l1, int l2, int c1, int c2, bool colourValues) const;
+  void vRegion2AsciiFile(const CRectangle& r, const char* name, bool overwrite, bool colourValues) const;
+  // The text format into a string: the header with the numbers as given,
+  // the lines cut to the plane.
+  void vRect2String(std::string& out, int l1, int l2, int c1, int c2, bool colourValues) const;
+  void vHeader2String(std::string& out, int l1, int l2, int c1, int c2, bool& colourValues) const;
+  // One text line, pixels separated by tabs, ended by a line feed.
+  void vLine2Str(char* out, int line, int c1, int c2) const;
+  void vLine2Str2(char* out, int line, int c1, int c2) const;
+  // The native clipboard form "TPlane<type>": four ints (first line, last
+  // line, first column, last column) and the pixels.
+  void vPic2Clipboard() const;
+  void vRect2Clipboard(int l1, int l2, int c1, int c2) const;
+  static bool bHaveClipboardData();
+  // Reads the native clipboard form (alloc true); a block of the wrong
+  // length: 0xe752108b.
+  void vFromClipboard();
+  // "Textformat images (*.txt)|*.txt|Picture float (*.pf)|*.pf" and the
+  // patterns alone ("*.txt *.pf ").
+  const char* getFileExtension() override;
+  void vGetFileExtension(char* out) override;
+
   void calcMinMax(T& min, T& max) const;
   void calcMinMax(T& min, T& max, const CRectangle& r) const;
   // Over the disc of `radius` (at least 1) around column x, line y: the
