@@ -17,5 +17,10 @@ inline constexpr unsigned long ulWrongType = 0xe5140003UL;
 inline constexpr unsigned long ulNoImage = 0xe5140004UL;
 // A pixel or an area outside the image.
 inline constexpr unsigned long ulOutside = 0xe7440005UL;
+// A closed image format this library does not read or write (B16, DNG, the
+// colour-space text), unless a test double stands in.
+inline constexpr unsigned long ulFormatNotAvailable = 0xe3040006UL;
+// A text file could not be written.
+inline constexpr unsigned long ulWriteFailed = 0xe3640007UL;
 
 }  // namespace kxutils

@@ -14,6 +14,7 @@
 #include "kxexception/TKxClipboard.h"
 #include "kxexception/TLanguage.h"
 #include "rastrix/RastrixErrors.h"
+#include "rastrix/TImageTextExport.h"
 #include "rastrix/TPlane.h"
 
 using namespace Rastrix;
@@ -257,6 +258,17 @@ TEST(PlaneFiles, TextFormatBothWays) {
   EXPECT_EQ(text("ushort\n0\t1\t0\t1\n1 2 3\n"), Err::ulPixelTokenUnreadable);
   EXPECT_EQ(text("ushort\n0\t2147483646\t0\t2147483646\n1\n"), Err::ulPixelTokenUnreadable);
   EXPECT_EQ(text("whatever\n0\t0\t0\t0\n7\n"), 0u);  // an unknown type word passes
+  // Fuzz: a valid text file changed and cut anywhere.
+  std::mt19937 rng(23);
+  const std::string valid = "ushort\n0\t1\t0\t2\n1\t2\t3\n4\t5,5\t6\n";
+  for (int i = 0; i < 2000; ++i) {
+    std::string f = valid;
+    for (int k = 0, n = static_cast<int>(rng() % 4); k < n; ++k) f[rng() % f.size()] = "0123456789-\t\n,.ex "[rng() % 19];
+    f.resize(rng() % (f.size() + 1));
+    std::ofstream(d / "f.txt", std::ios::binary) << f;
+    TPlane<unsigned short> r;
+    codeOf([&] { r.readFile((d / "f.txt").c_str(), true); });
+  }
 }
 
 TEST(PlaneFiles, ColourValuesExport) {
@@ -292,4 +304,20 @@ TEST(PlaneFiles, ClipboardAndFilters) {
   char patterns[64];
   p.vGetFileExtension(patterns);
   EXPECT_STREQ(patterns, "*.txt *.pi ");
+}
+
+TEST(PlaneFiles, TextExportOfTheForm) {
+  Dir d;
+  TPlane<float> p(3, 4, 1, 1, 4);
+  fill(p);
+  TImageTextExport f;
+  f.name = d / "x.txt";
+  f.firstLine = 1, f.lastLine = 3, f.lineStep = 2;
+  f.firstColumn = 1, f.lastColumn = 4, f.columnStep = 3;
+  f.header = false;
+  EXPECT_EQ(ulExportText(p, f), 0u);
+  EXPECT_EQ(slurp(f.name), "1\t4\n9\t12\n");
+  f.name = d / "no/such/dir/x.txt";
+  EXPECT_NE(ulExportText(p, f), 0u);  // shown and deleted, not thrown
+  EXPECT_EQ(kx::getErrorCode(), 0u);
 }
