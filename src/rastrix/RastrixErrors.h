@@ -73,4 +73,12 @@ inline constexpr unsigned long ulFileFirstColumnDiffers = 0xe7521019UL;
 inline constexpr unsigned long ulFileReadFailed = 0xe332101aUL;      // name
 inline constexpr unsigned long ulTextFileExists = 0xe3521095UL;      // name
 inline constexpr unsigned long ulClipboardBlock = 0xe752108bUL;
+
+// --- typed pictures and conversion
+inline constexpr unsigned long ulConvertEmptyArea = 0xe752104cUL;
+inline constexpr unsigned long ulConvertMaxBelowMin = 0xe752104dUL;
+inline constexpr unsigned long ulConverterNull = 0xe5121088UL;       // "null pointer assignment"
+inline constexpr unsigned long ulConverterWrongType = 0xe5121089UL;  // "wrong image type"
+inline constexpr unsigned long ulConverterSame = 0xe512108aUL;       // "src and dst are equal"
+inline constexpr unsigned long ulConverterWrongSize = 0xe512108cUL;  // "wrong image size"
 }  // namespace Rastrix::Err
