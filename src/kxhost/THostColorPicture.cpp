@@ -8,12 +8,14 @@
 #include "kxexception/KxError.h"
 #include "kxhost/KxHost.h"
 #include "kxhost/THostObjects.h"
-#include "rastrix/TPlane.h"
+#include "rastrix/TFloatPicture.h"
+#include "rastrix/TImageConverter.h"
+#include "rastrix/TRGBFloatPicture.h"
 
 using Rastrix::TImageColorSpace;
 using Rastrix::TPixelColorSpace;
 using Rastrix::TRGBFloatPixel;
-using ColorPicture = Rastrix::TPlane<TRGBFloatPixel>;
+using ColorPicture = Rastrix::TRGBFloatPicture;
 
 namespace {
 
@@ -81,6 +83,18 @@ void dominantWavelength(TIVariable** c) {
   c[1]->setContent(static_cast<double>(cs.rGetWST().r));
 }
 
+// luminance(PICTURE): Y of every pixel (the picture in CIE RGB) into a
+// float picture.
+void luminance(TIVariable** c) {
+  if (space(c[0]) != TPixelColorSpace::CIE_RGB) KX_THROW(0xe072108eUL, "luminance of %s", c[0]->getName());
+  auto* target = static_cast<Rastrix::TFloatPicture*>(c[2]->getPointer());
+  if (!target) {
+    target = new Rastrix::TFloatPicture;
+    c[2]->setContent(static_cast<void*>(target));
+  }
+  TImageConverter::vCopyImage(&pic(c[0]), target);
+}
+
 void status(const TIVariable* v, char* buffer, int size) {
   const auto* p = static_cast<const ColorPicture*>(v->getPointer());
   if (buffer && size > 0)
@@ -111,5 +125,6 @@ std::unique_ptr<TIUserBasic> kxhost::pColorPictureClass() {
           {"spaceName", L, {}, spaceName},
           {"valueName", L, {N}, valueName},
           {"dominantWavelength", D, {N, N}, dominantWavelength,
-           "Lambda=dominantWavelength(Zeile,Spalte) in nm, negativ für Purpur / negative for purples"}});
+           "Lambda=dominantWavelength(Zeile,Spalte) in nm, negativ für Purpur / negative for purples"},
+          {"luminance", nullptr, {"PICTURE"}, luminance, "luminance(Bild): Leuchtdichte Y in ein Float-Bild / Y into a picture"}});
 }

@@ -1,4 +1,5 @@
 // PICTURE: a float picture (a plane of floats, luminance in cd/m²).
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -10,9 +11,10 @@
 #include "kxexception/KxError.h"
 #include "kxhost/KxHost.h"
 #include "kxhost/THostObjects.h"
-#include "rastrix/TPlane.h"
+#include "rastrix/TFloatPicture.h"
+#include "rastrix/TImageConverter.h"
 
-using Picture = Rastrix::TPlane<float>;
+using Picture = Rastrix::TFloatPicture;
 
 namespace {
 
@@ -130,6 +132,11 @@ void save(TIVariable** c) {
 }
 void load(TIVariable** c) { pic(c[0]).readFile(c[2]->getString() ? c[2]->getString() : "", true); }
 
+void box(TIVariable** c) { filled(c[0]).vBox(c[2]->getLong(), c[3]->getLong()); }
+void gauss(TIVariable** c) { filled(c[0]).vGauss(static_cast<unsigned>(std::max(0, static_cast<int>(c[2]->getLong())))); }
+void positive(TIVariable** c) { filled(c[0]).greaterNull(); }
+void testPicture(TIVariable** c) { filled(c[0]).vMakeTestbild(c[2]->getLong()); }
+
 void status(const TIVariable* v, char* buffer, int size) {
   const auto* p = static_cast<const Picture*>(v->getPointer());
   if (buffer && size > 0)
@@ -165,5 +172,9 @@ std::unique_ptr<TIUserBasic> kxhost::pPictureClass() {
           {"saveHDF5", nullptr, {L, L}, saveHDF5, "saveHDF5(Datei,Pfad) / saveHDF5(file,path)"},
           {"loadHDF5", nullptr, {L, L}, loadHDF5, "loadHDF5(Datei,Pfad) / loadHDF5(file,path)"},
           {"save", nullptr, {L}, save, "save(Datei): Ebenendatei (.pf) oder Text (.txt) / plane file or text"},
-          {"load", nullptr, {L}, load, "load(Datei): Ebenendatei oder Text / plane file or text"}});
+          {"load", nullptr, {L}, load, "load(Datei): Ebenendatei oder Text / plane file or text"},
+          {"box", nullptr, {N, N}, box, "box(Breite,Hoehe): Mittelwertfilter / box filter"},
+          {"gauss", nullptr, {N}, gauss, "gauss(Ordnung): Gaussfilter / Gaussian filter"},
+          {"greaterNull", nullptr, {}, positive, "negative Pixel werden 0 / negative pixels become 0"},
+          {"testPicture", nullptr, {N}, testPicture, "testPicture(1..10): Testbild / test picture"}});
 }

@@ -10,9 +10,9 @@
 #include "object98/TOPointList.h"
 #include "object98/TPicture2RLC.h"
 #include "object98/TRLCArray.h"
-#include "rastrix/TPlane.h"
+#include "rastrix/TFloatPicture.h"
 
-using Picture = Rastrix::TPlane<float>;
+using Picture = Rastrix::TFloatPicture;
 
 namespace {
 
