@@ -11,6 +11,11 @@ class TFloatPicture : public TPlane<float> {
   using TPlane<float>::TPlane;
   using TPlane<float>::operator=;
 
+  // Files by extension (lower-cased): see the table of the typed pictures.
+  void writeFile(const char* name, bool overwrite) const override;
+  void readFile(const char* name, bool alloc) override;
+  const char* getFileExtension() override;
+
   // Over the intersection of both extensions, pixel by pixel at the same
   // numbers, the integer widened to float.
   TFloatPicture& operator+=(const TPlane<unsigned char>& o);

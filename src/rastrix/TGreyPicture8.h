@@ -12,6 +12,11 @@ class TGreyPicture8 : public TPlane<unsigned char> {
   using TPlane<unsigned char>::operator=;
 
   // Above the threshold 255, all others (the threshold itself too) 0.
+  // Files by extension (lower-cased): see the table of the typed pictures.
+  void writeFile(const char* name, bool overwrite) const override;
+  void readFile(const char* name, bool alloc) override;
+  const char* getFileExtension() override;
+
   void binarize(unsigned char threshold);
   // A float plane mapped linearly onto 0..255 over the area (cut to both
   // planes): a table of 256 entries (2i + 1)(max - min)/510 + min, and per

@@ -12,6 +12,11 @@ class TRGBFloatPicture : public TPlane<TRGBFloatPixel> {
   using TPlane<TRGBFloatPixel>::TPlane;
   using TPlane<TRGBFloatPixel>::operator=;
 
+  // Files by extension (lower-cased): see the table of the typed pictures.
+  void writeFile(const char* name, bool overwrite) const override;
+  void readFile(const char* name, bool alloc) override;
+  const char* getFileExtension() override;
+
   // Over the intersection, by component.
   TRGBFloatPicture& operator+=(const TPlane<TRGBPixel>& o);
   TRGBFloatPicture& operator-=(const TPlane<TRGBPixel>& o);
@@ -27,6 +32,8 @@ class TRGBFloatPicture : public TPlane<TRGBFloatPixel> {
   void greaterNullXYZ(const CRectangle& r);
   void _swapRB() const;
   void vBox(int width, int height);
+  // The colour-space text of the utility library (".cos").
+  void vReadCosFile(const char* name, bool alloc);
 };
 
 }  // namespace Rastrix

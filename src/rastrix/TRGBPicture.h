@@ -11,6 +11,11 @@ class TRGBPicture : public TPlane<TRGBPixel> {
   using TPlane<TRGBPixel>::TPlane;
   using TPlane<TRGBPixel>::operator=;
 
+  // Files by extension (lower-cased): see the table of the typed pictures.
+  void writeFile(const char* name, bool overwrite) const override;
+  void readFile(const char* name, bool alloc) override;
+  const char* getFileExtension() override;
+
   // Exchanges red and blue over the whole picture (const as declared: the
   // pixels change for the caller's duration).
   void _swapRB() const;
