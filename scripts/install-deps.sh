@@ -4,7 +4,7 @@
 set -euo pipefail
 PKGS=(g++ cmake ninja-build ccache pkg-config
       libgtest-dev libgmock-dev googletest libbenchmark-dev
-      libhdf5-dev hdf5-tools libtiff-tools
+      libhdf5-dev hdf5-tools libtiff-tools libtiff-dev
       python3 python3-numpy python3-h5py python3-tifffile python3-colorspacious python3-colormath locales)
 missing=()
 for p in "${PKGS[@]}"; do

@@ -227,6 +227,7 @@ class CRTiff {
   // From the stream position; fails at the end of the file.
   unsigned long ReadBytes(unsigned char* to, long count);
   uint64_t uGetFileSize() const { return size_; }
+  const CImageFileDir* pGetIFD(short ifd) const { return head.pGetThisIFD(ifd); }
 
  private:
   CTiffHeader head;

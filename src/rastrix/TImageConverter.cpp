@@ -96,7 +96,14 @@ void scaleFloat(const TPlaneBasic* s, TPlaneBasic* d, float top) {
   prepare(dst, src, true);
   if (!(max - min > 0)) return;
   const float scale = top / (max - min);
-  perPixel<float, D>(s, d, false, [&](const float& a, D& b) { b = static_cast<D>(static_cast<long long>((a - min) * scale + 0.5f)); });
+  // Every value lies in 0 .. top + 0.5 here: a truncation to int is exact.
+  for (int l = src.getFirstLine(); l < src.getFirstLine() + src.getLines(); ++l) {
+    const float* in = src[l] + src.getFirstColumn();
+    D* out = dst[l] + dst.getFirstColumn();
+    const int columns = src.getColumns();
+#pragma omp simd
+    for (int c = 0; c < columns; ++c) out[c] = static_cast<D>(static_cast<int>((in[c] - min) * scale + 0.5f));
+  }
 }
 void scaleA(const TPlaneBasic* s, TPlaneBasic* d) { scaleFloat<unsigned char>(s, d, 255.0f); }
 void scaleB(const TPlaneBasic* s, TPlaneBasic* d) { scaleFloat<unsigned short>(s, d, TImageConverter::usMaximum); }

@@ -97,13 +97,24 @@ void TGreyPicture8::_convertLinear(const TPlane<float>& src, const CRectangle& r
       KX_THROW0(Err::ulConvertEmptyArea);
     float table[256];
     for (int i = 0; i < 256; ++i) table[i] = (2.0f * i + 1.0f) * (max - min) / (256.0f * 2 - 2) + min;
+    const float spacing = (max - min) / (256.0f * 2 - 2);
     for (int l = l1; l <= l2; ++l) {
       const float* s = src[l];
       unsigned char* d = (*this)[l];
       for (int c = c1; c <= c2; ++c) {
         // The number of table entries below the pixel (what the binary
         // search over the table finds), 0 to 256; 256 keeps its low byte.
-        const int index = static_cast<int>(std::lower_bound(table, table + 256, s[c]) - table);
+        // The entries are equally spaced: the count is estimated from the
+        // spacing and then settled against the table itself, so that the
+        // result is that of the search to the last bit.
+        const float x = s[c];
+        int index = 0;
+        if (x == x) {
+          const float e = spacing > 0 ? ((x - min) / spacing - 1.0f) * 0.5f : 0.0f;
+          index = e <= 0 ? 0 : e >= 256 ? 256 : static_cast<int>(e);
+          while (index < 256 && table[index] < x) ++index;
+          while (index > 0 && table[index - 1] >= x) --index;
+        }
         d[c] = static_cast<unsigned char>(index & 0xff);
       }
     }

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "kxexception/KxError.h"
+#include "rastrix/CATiff.h"
 #include "rastrix/CTiff.h"
 #include "rastrix/TFloatPicture.h"
 #include "rastrix/TGreyPicture16.h"
@@ -181,4 +182,19 @@ TEST(Tiff, ContainerRulesAndBrokenFiles) {
   std::ofstream(d / "loop.tix", std::ios::binary) << loop;
   TFloatPicture r;
   EXPECT_EQ(codeOf([&] { r.readFile((d / "loop.tix").c_str(), true); }), 0xe331a026UL);
+}
+
+TEST(Tiff, AnalyserPrintsEveryTag) {
+  Dir d;
+  TGreyPicture8 g(2, 3);
+  g.setRectangle(9);
+  g.writeFile((d / "g.tif").c_str(), false);
+  unsigned long code = 1;
+  const std::string text = CATiff::sAnalyse((d / "g.tif").c_str(), &code);
+  EXPECT_EQ(code, 0u);
+  char row[80];
+  std::snprintf(row, sizeof row, "%-29s %-7ld %-8s ", "Software", 13L, "Ascii");
+  EXPECT_NE(text.find(std::string(row) + "\"Kelvarix Tiff\""), std::string::npos) << text;
+  EXPECT_NE(text.find("(No Compression)"), std::string::npos) << text;
+  EXPECT_NE(CATiff::sAnalyse((d / "none.tif").c_str(), &code).find("Error 0xe321a025"), std::string::npos);
 }
