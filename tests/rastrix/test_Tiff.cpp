@@ -12,6 +12,7 @@
 #include <string>
 
 #include "kxexception/KxError.h"
+#include "kxutils/ulImageFile.h"
 #include "rastrix/CATiff.h"
 #include "rastrix/CTiff.h"
 #include "rastrix/TFloatPicture.h"
@@ -197,4 +198,34 @@ TEST(Tiff, AnalyserPrintsEveryTag) {
   EXPECT_NE(text.find(std::string(row) + "\"Kelvarix Tiff\""), std::string::npos) << text;
   EXPECT_NE(text.find("(No Compression)"), std::string::npos) << text;
   EXPECT_NE(CATiff::sAnalyse((d / "none.tif").c_str(), &code).find("Error 0xe321a025"), std::string::npos);
+}
+
+namespace {
+// The closed formats stand in: a B16 file of 3 x 4 pixels of value 5.
+struct B16 : kxutils::TImageFileDouble {
+  unsigned long b16Info(const char*, int* lines, int* columns) override {
+    *lines = 3;
+    *columns = 4;
+    return 0;
+  }
+  unsigned long b16Read(const char*, void* first, int lines, int columns, int lineDistance) override {
+    auto* p = static_cast<unsigned short*>(first);
+    for (int l = 0; l < lines; ++l)
+      for (int c = 0; c < columns; ++c) p[l * lineDistance + c] = 5;
+    return 0;
+  }
+};
+}  // namespace
+
+TEST(Tiff, ClosedFormatsThroughTheirCallingSide) {
+  TGreyPicture16 p(2, 2);
+  EXPECT_EQ(codeOf([&] { p.readFile("x.b16", true); }), 0xe3017000UL);  // no double: not available
+  B16 b16;
+  kxutils::vSetImageFileDouble(&b16);
+  EXPECT_EQ(codeOf([&] { p.readFile("x.b16", false); }), 0x12345678UL);  // other geometry, no alloc
+  p.readFile("x.b16", true);
+  EXPECT_EQ(p.getLines(), 3);
+  EXPECT_EQ(p[2][3], 5);
+  EXPECT_EQ(codeOf([&] { p.writeFile("x.b16", true); }), 0xe3617000UL);  // the double writes nothing
+  kxutils::vSetImageFileDouble(nullptr);
 }
