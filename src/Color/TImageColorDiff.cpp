@@ -24,18 +24,25 @@ void calculate(const TPlane<TRGBFloatPixel>& picture, TPixelColorDiff::COLDIF d,
   result.setValueUnitPic(0, result.rStrGetValuePic(0), TPixelColorDiff::rGetCOLDIF_INFO(d).name);
   result.setTimeStamp();
 }
+// The difference of the picture's colour space, with its reference,
+// minimum and parameters.
+TPixelColorDiff prepared(const TPlane<TRGBFloatPixel>& picture, const TRGBFloatPixel& reference, double minimum,
+                         double a, double b, double c, TPixelColorDiff::COLDIF d) {
+  const unsigned from = spaceOf(picture);
+  TPixelColorDiff diff;
+  diff.vSetColorSpace(from, d);
+  diff.vSetReferenzColor(reference, reference, from);
+  diff.vSetMinimumLuminance(minimum);
+  diff.vSetParam(a, b, c);
+  return diff;
+}
 }  // namespace
 
 void TImageColorDiff::vCalculate(const TPlane<TRGBFloatPixel>& picture, const TRGBFloatPixel& reference,
                                  const TRGBFloatPixel& second, double minimum, double a, double b, double c,
                                  TPixelColorDiff::COLDIF d, TPlane<float>& result) {
   KX_TRY {
-    const unsigned from = spaceOf(picture);
-    TPixelColorDiff diff;
-    diff.vSetColorSpace(from, d);
-    diff.vSetReferenzColor(reference, reference, from);
-    diff.vSetMinimumLuminance(minimum);
-    diff.vSetParam(a, b, c);
+    TPixelColorDiff diff = prepared(picture, reference, minimum, a, b, c, d);
     diff.vSetSecondColor(second);
     calculate(picture, d, result, [&](int, int, const TRGBFloatPixel& p) { return diff.fGetColorDiff1(p); });
   }
@@ -50,12 +57,7 @@ void TImageColorDiff::vCalculate(const TPlane<TRGBFloatPixel>& picture, const TP
         picture.getFirstLine() != picture2.getFirstLine() || picture.getFirstColumn() != picture2.getFirstColumn())
       KX_THROW(ulExtensionDiffers, "%dx%d / %dx%d", picture.getLines(), picture.getColumns(), picture2.getLines(),
                picture2.getColumns());
-    const unsigned from = spaceOf(picture);
-    TPixelColorDiff diff;
-    diff.vSetColorSpace(from, d);
-    diff.vSetReferenzColor(reference, reference, from);
-    diff.vSetMinimumLuminance(minimum);
-    diff.vSetParam(a, b, c);
+    TPixelColorDiff diff = prepared(picture, reference, minimum, a, b, c, d);
     calculate(picture, d, result, [&](int line, int k, const TRGBFloatPixel& p) {
       return diff.fGetColorDiff2(p, picture2[line][picture2.getFirstColumn() + k]);
     });

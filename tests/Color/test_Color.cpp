@@ -12,8 +12,10 @@
 #include "Color/Tlnormal.h"
 #include "Color/Txyz.h"
 #include "kxexception/KxError.h"
+#include "../rastrix/RastrixTestUtil.h"
 
 using namespace Rastrix;
+using rastrixtest::codeOf;
 
 namespace {
 TRGBFloatPixel pix(double a, double b, double c) {
@@ -31,15 +33,6 @@ TPlane<TRGBFloatPixel> randomPicture(int lines, int columns) {
   return p;
 }
 
-unsigned long codeOf(void (*f)()) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
 }  // namespace
 
 TEST(ImageColorSpace, EveryPixelAsThePixelColourSpaceHasIt) {

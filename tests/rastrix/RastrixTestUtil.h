@@ -1,11 +1,18 @@
 // Helpers of the rastrix tests: error codes of a call, a message recorder,
-// colour pixels from numbers, bitwise pixel comparison.
+// colour pixels from numbers, bitwise pixel comparison, a scratch directory,
+// files and commands as text.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +22,35 @@
 #include "rastrix/TRGBPixel.h"
 
 namespace rastrixtest {
+
+// A scratch directory for one test, removed afterwards.
+struct TempDir {
+  std::filesystem::path p;
+  explicit TempDir(const char* stem = "kx_rastrix_") {
+    p = std::filesystem::temp_directory_path() / (std::string(stem) + std::to_string(::getpid()));
+    std::filesystem::remove_all(p);
+    std::filesystem::create_directories(p);
+  }
+  ~TempDir() { std::filesystem::remove_all(p); }
+  std::string operator/(const char* name) const { return (p / name).string(); }
+};
+
+inline std::string slurp(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+// What a shell command prints (standard error too).
+inline std::string run(const std::string& command) {
+  FILE* p = ::popen((command + " 2>&1").c_str(), "r");
+  std::string out;
+  char b[512];
+  while (p && std::fgets(b, sizeof b, p)) out += b;
+  if (p) ::pclose(p);
+  return out;
+}
 
 // The code a call raises (0 if none); the chain is ended.
 template <class F>

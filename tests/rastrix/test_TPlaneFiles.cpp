@@ -16,48 +16,18 @@
 #include "rastrix/RastrixErrors.h"
 #include "rastrix/TImageTextExport.h"
 #include "rastrix/TPlane.h"
+#include "RastrixTestUtil.h"
 
 using namespace Rastrix;
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Dir {
-  fs::path p = fs::temp_directory_path() / ("kx_planefiles_" + std::to_string(::getpid()));
-  Dir() {
-    fs::remove_all(p);
-    fs::create_directories(p);
-  }
-  ~Dir() { fs::remove_all(p); }
-  std::string operator/(const char* n) const { return (p / n).string(); }
-};
+using Dir = rastrixtest::TempDir;
+using rastrixtest::codeOf;
+using rastrixtest::slurp;
 
-std::string slurp(const std::string& f) {
-  std::ifstream in(f, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-template <class F>
-unsigned long codeOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
-
-std::string python(const std::string& script) {
-  FILE* p = ::popen(("/usr/bin/python3 -c '" + script + "'").c_str(), "r");
-  std::string out;
-  char b[256];
-  while (p && std::fgets(b, sizeof b, p)) out += b;
-  if (p) ::pclose(p);
-  return out;
-}
+std::string python(const std::string& script) { return rastrixtest::run("/usr/bin/python3 -c \'" + script + "\'"); }
 
 template <class T>
 void fill(TPlane<T>& p) {

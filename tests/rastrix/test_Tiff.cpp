@@ -19,38 +19,15 @@
 #include "rastrix/TGreyPicture16.h"
 #include "rastrix/TGreyPicture8.h"
 #include "rastrix/TRGBPicture.h"
+#include "RastrixTestUtil.h"
 
 using namespace Rastrix;
 namespace fs = std::filesystem;
 
 namespace {
-struct Dir {
-  fs::path p = fs::temp_directory_path() / ("kx_tiff_" + std::to_string(::getpid()));
-  Dir() {
-    fs::remove_all(p);
-    fs::create_directories(p);
-  }
-  ~Dir() { fs::remove_all(p); }
-  std::string operator/(const char* n) const { return (p / n).string(); }
-};
-std::string run(const std::string& command) {
-  FILE* p = ::popen((command + " 2>&1").c_str(), "r");
-  std::string out;
-  char b[512];
-  while (p && std::fgets(b, sizeof b, p)) out += b;
-  if (p) ::pclose(p);
-  return out;
-}
-template <class F>
-unsigned long codeOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
+using Dir = rastrixtest::TempDir;
+using rastrixtest::codeOf;
+using rastrixtest::run;
 }  // namespace
 
 TEST(Tiff, FloatPictureReadByTifffileAndShownByTiffdump) {

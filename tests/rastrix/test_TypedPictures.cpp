@@ -16,21 +16,11 @@
 #include "rastrix/TImageConverter.h"
 #include "rastrix/TRGBFloatPicture.h"
 #include "rastrix/TRGBPicture.h"
+#include "RastrixTestUtil.h"
 
 using namespace Rastrix;
 
-namespace {
-template <class F>
-unsigned long codeOf(F f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
-}  // namespace
+using rastrixtest::codeOf;
 
 TEST(TypedPictures, BinarizeAndConvertLinear) {
   TGreyPicture8 g(1, 3);
