@@ -1,7 +1,9 @@
 // The typed pictures and the converter between all pixel types.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <cstdio>
 #include <random>
 #include <sstream>
@@ -218,4 +220,34 @@ TEST(ImageConverter, SplitMergeAndClipboard) {
   ASSERT_TRUE(TImageConverter::bFromClipboard(&got));
   EXPECT_EQ(got[0][0], 65535);  // float to int scales to its largest value
   EXPECT_NE(TKxClipboard::sGetText().find("float"), std::string::npos);
+}
+
+// The mapping of convertLinear is the count of table entries below each
+// pixel, for every kind of value: in range, at the entries, outside, NaN,
+// infinities; every position of a line (vector body and tail).
+TEST(TypedPictures, ConvertLinearCountsTheTableExactly) {
+  std::mt19937 rng(41);
+  for (const auto& [min, max] : {std::pair{0.0f, 255.0f}, {-3.5f, 1e-3f}, {100.0f, 100.5f}, {-1e6f, 7e6f}}) {
+    float table[256];
+    for (int i = 0; i < 256; ++i) table[i] = (2.0f * i + 1.0f) * (max - min) / (256.0f * 2 - 2) + min;
+    TFloatPicture f(3, 37);
+    std::uniform_real_distribution<float> d(min - (max - min) * 0.1f, max + (max - min) * 0.1f);
+    for (int l = 0; l < 3; ++l)
+      for (int c = 0; c < 37; ++c) {
+        const int kind = static_cast<int>(rng() % 8);
+        f[l][c] = kind == 0   ? table[rng() % 256]
+                  : kind == 1 ? std::nextafter(table[rng() % 256], max)
+                  : kind == 2 ? std::numeric_limits<float>::quiet_NaN()
+                  : kind == 3 ? (rng() % 2 ? 1 : -1) * std::numeric_limits<float>::infinity()
+                              : d(rng);
+      }
+    TGreyPicture8 g(3, 37);
+    g.convertLinear(f, min, max);
+    for (int l = 0; l < 3; ++l)
+      for (int c = 0; c < 37; ++c) {
+        const float x = f[l][c];
+        const int count = std::isnan(x) ? 0 : static_cast<int>(std::lower_bound(table, table + 256, x) - table);
+        ASSERT_EQ(g[l][c], count & 0xff) << min << ".." << max << " x=" << x;
+      }
+  }
 }
