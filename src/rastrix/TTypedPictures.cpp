@@ -1,7 +1,10 @@
 // The operations of the typed pictures.
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
+
+#include <immintrin.h>
 
 #include "kxexception/KxError.h"
 #include "math98/TPicConvol.h"
@@ -16,6 +19,33 @@
 namespace Rastrix {
 
 namespace {
+
+// The 8-bit mapping of convertLinear with AVX2 where the processor has it:
+// the entry j of the table (257 entries, the last +inf) is gathered and
+// compared, as in the SSE2 form below. Returns the columns done.
+__attribute__((target("avx2"))) int convertLinearAvx2(const float* s, unsigned char* d, int n, const float* table,
+                                                      float min, float scale) {
+  const __m256 vMin = _mm256_set1_ps(min), vScale = _mm256_set1_ps(scale);
+  const __m256 vTop = _mm256_set1_ps(256.0f), vZero = _mm256_setzero_ps();
+  const __m256i mask = _mm256_set1_epi32(0xff), order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+  auto block = [&](const float* p) __attribute__((target("avx2"))) {
+    const __m256 x = _mm256_loadu_ps(p);
+    const __m256 e = _mm256_min_ps(_mm256_max_ps(_mm256_mul_ps(_mm256_sub_ps(x, vMin), vScale), vZero), vTop);
+    const __m256i j = _mm256_cvttps_epi32(e);
+    const __m256 entry = _mm256_i32gather_ps(table, j, 4);
+    return _mm256_and_si256(_mm256_sub_epi32(j, _mm256_castps_si256(_mm256_cmp_ps(entry, x, _CMP_LT_OQ))), mask);
+  };
+  int c = 0;
+  for (; c + 32 <= n; c += 32) {
+    const __m256i ab = _mm256_packs_epi32(block(s + c), block(s + c + 8));
+    const __m256i ef = _mm256_packs_epi32(block(s + c + 16), block(s + c + 24));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + c),
+                        _mm256_permutevar8x32_epi32(_mm256_packus_epi16(ab, ef), order));
+  }
+  return c;
+}
+
+const bool bHasAvx2 = __builtin_cpu_supports("avx2");
 
 // The intersection of the extensions of two planes; false when empty.
 bool intersection(const TPlaneBasic& a, const TPlaneBasic& b, int& l1, int& l2, int& c1, int& c2) {
@@ -95,28 +125,58 @@ void TGreyPicture8::_convertLinear(const TPlane<float>& src, const CRectangle& r
     int l1, l2, c1, c2;
     if (!cut(src, r, l1, l2, c1, c2) || !cut(*this, CRectangle(l1, l2, c1, c2), l1, l2, c1, c2))
       KX_THROW0(Err::ulConvertEmptyArea);
-    float table[256];
+    float table[257];
     for (int i = 0; i < 256; ++i) table[i] = (2.0f * i + 1.0f) * (max - min) / (256.0f * 2 - 2) + min;
-    const float spacing = (max - min) / (256.0f * 2 - 2);
+    table[256] = std::numeric_limits<float>::infinity();
+    const float range = max - min;
+    // The exact count of entries below a pixel (what the binary search over
+    // the table finds), 0 to 256; 256 keeps its low byte.
+    auto search = [&](float x) {
+      if (!(x == x)) return 0;
+      // Estimated from the spacing, then settled against the table itself.
+      const float e = range > 0 ? ((x - min) / (range / 510.0f) - 1.0f) * 0.5f : 0.0f;
+      int index = e <= 0 ? 0 : e >= 256 ? 256 : static_cast<int>(e);
+      while (index < 256 && table[index] < x) ++index;
+      while (index > 0 && table[index - 1] >= x) --index;
+      return index;
+    };
+    // Vector form. j = floor((x - min) * 255 / range), cut to 0..256, is the
+    // count or one below it as long as the table's rounding and that of the
+    // estimate stay far below half an entry: the range must be well above
+    // the rounding of the values themselves (|min|, |max| <= 1000 range) and
+    // neither tiny nor near overflow. The entry j is computed in the very
+    // operations that made the table, so the comparison with it is exact.
+    const float scale = 255.0f / range;
+    const float magnitude = std::max(std::fabs(min), std::fabs(max));
+    const bool vector = range > 1e-30f && range < 1e35f && std::isfinite(scale) && magnitude <= 1000.0f * range;
+    const __m128 vMin = _mm_set1_ps(min), vRange = _mm_set1_ps(range), vScale = _mm_set1_ps(scale);
+    const __m128 vTop = _mm_set1_ps(256.0f), vZero = _mm_setzero_ps(), v510 = _mm_set1_ps(510.0f);
+    const __m128i i256 = _mm_set1_epi32(256), iOne = _mm_set1_epi32(1);
+    auto block = [&](const float* s) {
+      const __m128 x = _mm_loadu_ps(s);
+      __m128 e = _mm_mul_ps(_mm_sub_ps(x, vMin), vScale);
+      e = _mm_min_ps(_mm_max_ps(e, vZero), vTop);  // NaN becomes 0
+      const __m128i j = _mm_cvttps_epi32(e);
+      const __m128 entry = _mm_add_ps(
+          _mm_div_ps(_mm_mul_ps(_mm_cvtepi32_ps(_mm_add_epi32(_mm_add_epi32(j, j), iOne)), vRange), v510), vMin);
+      const __m128i below = _mm_andnot_si128(_mm_cmpeq_epi32(j, i256), _mm_castps_si128(_mm_cmplt_ps(entry, x)));
+      return _mm_sub_epi32(j, below);  // below is -1 where the entry j lies under the pixel
+    };
     for (int l = l1; l <= l2; ++l) {
       const float* s = src[l];
       unsigned char* d = (*this)[l];
-      for (int c = c1; c <= c2; ++c) {
-        // The number of table entries below the pixel (what the binary
-        // search over the table finds), 0 to 256; 256 keeps its low byte.
-        // The entries are equally spaced: the count is estimated from the
-        // spacing and then settled against the table itself, so that the
-        // result is that of the search to the last bit.
-        const float x = s[c];
-        int index = 0;
-        if (x == x) {
-          const float e = spacing > 0 ? ((x - min) / spacing - 1.0f) * 0.5f : 0.0f;
-          index = e <= 0 ? 0 : e >= 256 ? 256 : static_cast<int>(e);
-          while (index < 256 && table[index] < x) ++index;
-          while (index > 0 && table[index - 1] >= x) --index;
+      int c = c1;
+      if (vector && bHasAvx2) c += convertLinearAvx2(s + c, d + c, c2 + 1 - c, table, min, scale);
+      if (vector) {
+        for (; c + 16 <= c2 + 1; c += 16) {
+          const __m128i a = block(s + c), b = block(s + c + 4), e = block(s + c + 8), f = block(s + c + 12);
+          const __m128i mask = _mm_set1_epi32(0xff);
+          const __m128i ab = _mm_packs_epi32(_mm_and_si128(a, mask), _mm_and_si128(b, mask));
+          const __m128i ef = _mm_packs_epi32(_mm_and_si128(e, mask), _mm_and_si128(f, mask));
+          _mm_storeu_si128(reinterpret_cast<__m128i*>(d + c), _mm_packus_epi16(ab, ef));
         }
-        d[c] = static_cast<unsigned char>(index & 0xff);
       }
+      for (; c <= c2; ++c) d[c] = static_cast<unsigned char>(search(s[c]) & 0xff);
     }
     stamped(*this);
   }

@@ -227,24 +227,27 @@ TEST(ImageConverter, SplitMergeAndClipboard) {
 // infinities; every position of a line (vector body and tail).
 TEST(TypedPictures, ConvertLinearCountsTheTableExactly) {
   std::mt19937 rng(41);
-  for (const auto& [min, max] : {std::pair{0.0f, 255.0f}, {-3.5f, 1e-3f}, {100.0f, 100.5f}, {-1e6f, 7e6f}}) {
+  for (const auto& [min, max] : {std::pair{0.0f, 255.0f}, {-3.5f, 1e-3f}, {100.0f, 100.5f}, {-1e6f, 7e6f},
+                                 // at the bound of the vector form, beyond it, and degenerate
+                                 {1000.0f, 1001.0f}, {-2000.0f, -1998.0f}, {1000.0f, 1000.001f}, {5.0f, 5.0f}}) {
     float table[256];
     for (int i = 0; i < 256; ++i) table[i] = (2.0f * i + 1.0f) * (max - min) / (256.0f * 2 - 2) + min;
-    TFloatPicture f(3, 37);
+    TFloatPicture f(3, 53);  // per line a block of 32, one of 16 and a tail
     std::uniform_real_distribution<float> d(min - (max - min) * 0.1f, max + (max - min) * 0.1f);
     for (int l = 0; l < 3; ++l)
-      for (int c = 0; c < 37; ++c) {
+      for (int c = 0; c < 53; ++c) {
         const int kind = static_cast<int>(rng() % 8);
         f[l][c] = kind == 0   ? table[rng() % 256]
                   : kind == 1 ? std::nextafter(table[rng() % 256], max)
+                  : kind == 4 ? std::nextafter(table[rng() % 256], min)
                   : kind == 2 ? std::numeric_limits<float>::quiet_NaN()
                   : kind == 3 ? (rng() % 2 ? 1 : -1) * std::numeric_limits<float>::infinity()
                               : d(rng);
       }
-    TGreyPicture8 g(3, 37);
+    TGreyPicture8 g(3, 53);
     g.convertLinear(f, min, max);
     for (int l = 0; l < 3; ++l)
-      for (int c = 0; c < 37; ++c) {
+      for (int c = 0; c < 53; ++c) {
         const float x = f[l][c];
         const int count = std::isnan(x) ? 0 : static_cast<int>(std::lower_bound(table, table + 256, x) - table);
         ASSERT_EQ(g[l][c], count & 0xff) << min << ".." << max << " x=" << x;
