@@ -8,4 +8,6 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   kxhost::pPictureClass()->registerClass(exec);
   kxhost::pRegionClass()->registerClass(exec);
   kxhost::pColorPictureClass()->registerClass(exec);
+  kxhost::pClassifierClass()->registerClass(exec);
+  kxhost::pClassListClass()->registerClass(exec);
 }

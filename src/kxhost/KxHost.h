@@ -10,4 +10,6 @@ namespace kxhost {
 std::unique_ptr<TIUserBasic> pPictureClass();
 std::unique_ptr<TIUserBasic> pRegionClass();
 std::unique_ptr<TIUserBasic> pColorPictureClass();
+std::unique_ptr<TIUserBasic> pClassifierClass();
+std::unique_ptr<TIUserBasic> pClassListClass();
 }  // namespace kxhost

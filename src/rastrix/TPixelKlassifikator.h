@@ -17,7 +17,16 @@
 #include "kxexception/TSignatur.h"
 #include "rastrix/epixeltyp.h"
 
+class TKxTable;
+class TKxIniFile;
+
 namespace Rastrix {
+
+class TPlaneBasic;
+template <class T>
+class TPlane;
+class TRGBPixel;
+class TRGBFloatPixel;
 
 class TPixelKlassifikator : public TDelivery {
  public:
@@ -48,6 +57,11 @@ class TPixelKlassifikator : public TDelivery {
   // Type 0, both flags clear, the name "Default", one class.
   virtual void vSetDefault();
   virtual unsigned uiGetTableColumns() const { return 0; }
+  // The columns of this kind of classifier in a list view (none for the
+  // base); a null table raises 0x5100000. vAppendTable adds a line with this
+  // classifier's values.
+  virtual void vCreateTable(TKxTable* table) const;
+  virtual void vAppendTable(TKxTable* table) const;
   // Sets the number of classes: a new class gets the name "C<index>" and is not
   // rejected; existing entries stay. Sets the time stamp.
   virtual void resize(unsigned n);
@@ -63,6 +77,22 @@ class TPixelKlassifikator : public TDelivery {
   virtual bool bRejection(unsigned index) const;
   virtual void vSetRejection(unsigned index, bool rejected);
   virtual bool bIsPixelTyp(eComparePixelTyp) const { return true; }
+  // The settings in the ini section: "Type", "Signature", "NoDelete", "Size",
+  // "Name" and per class "<section>/Class<i>" with "ClassName" and
+  // "Rejection". Reading takes the present values as defaults; another
+  // "Type" raises 0x7000000, a "Size" below 0 or above uMaxClasses 0x5100000.
+  virtual void vWriteIni(TKxIniFile* ini, const char* section) const;
+  virtual void vReadIni(TKxIniFile* ini, const char* section);
+
+  // Classifies every pixel of the intersection of `src` and `classes` into
+  // `classes` (an 8-bit or 16-bit plane): the class getTyp gives the pixel,
+  // with the plane passed to the positional form when `withPlane` is true
+  // (the label form of a statistics run), null otherwise. The kinds of
+  // classifier bring a typed kernel; the base asks getTyp per pixel. An 8-bit
+  // class plane needs size() <= 256 (0x5100000 otherwise).
+  virtual void vClassifyPlane(const TPlaneBasic& src, TPlaneBasic& classes, bool withPlane = true) const;
+
+  static constexpr unsigned uMaxClasses = 65536;
 
   // The name of a classifier type in the current language.
   static const char* strGetTypString(eKlassifikatorTyp t);
@@ -94,5 +124,41 @@ class TPixelKlassifikator : public TDelivery {
 };
 
 TPixelKlassifikator* pGetDefaultPixelKlassifikator();
+
+// The ini section of class i: "<section>/Class<i>".
+std::string sClassSection(const char* section, unsigned i);
+
+// Decides by pixel value: every getTyp of a pixel gives 0, one class only.
+// The typed forms exist for every pixel type, so that a statistic calls its
+// own overload whatever the classifier; one that does not deal with the type
+// answers 0.
+class TPixelKlassifikatorTyp : public TPixelKlassifikator {
+ public:
+  TPixelKlassifikatorTyp() { eTyp = eDefaultTyp; }
+  TPixelKlassifikatorTyp* pVirtualClone() const override;
+
+  using TPixelKlassifikator::getTyp;
+  virtual unsigned getTyp(const unsigned char&) const { return 0; }
+  virtual unsigned getTyp(const unsigned short&) const { return 0; }
+  virtual unsigned getTyp(const int&) const { return 0; }
+  virtual unsigned getTyp(const float&) const { return 0; }
+  virtual unsigned getTyp(const TRGBPixel&) const { return 0; }
+  virtual unsigned getTyp(const TRGBFloatPixel&) const { return 0; }
+  virtual unsigned getTyp(const unsigned char&, int, int, const TPlane<unsigned char>*) const { return 0; }
+  virtual unsigned getTyp(const unsigned short&, int, int, const TPlane<unsigned short>*) const { return 0; }
+  virtual unsigned getTyp(const int&, int, int, const TPlane<int>*) const { return 0; }
+  virtual unsigned getTyp(const float&, int, int, const TPlane<float>*) const { return 0; }
+  virtual unsigned getTyp(const TRGBPixel&, int, int, const TPlane<TRGBPixel>*) const { return 0; }
+  virtual unsigned getTyp(const TRGBFloatPixel&, int, int, const TPlane<TRGBFloatPixel>*) const { return 0; }
+
+  // Per pixel through the typed positional getTyp.
+  void vClassifyPlane(const TPlaneBasic& src, TPlaneBasic& classes, bool withPlane = true) const override;
+};
+
+// The untyped base of the threshold classifiers.
+class TPixelKlassifikatorTypThresholdB : public TPixelKlassifikatorTyp {
+ public:
+  TPixelKlassifikatorTypThresholdB() { eTyp = eThreshold; }
+};
 
 }  // namespace Rastrix

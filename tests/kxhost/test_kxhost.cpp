@@ -100,3 +100,21 @@ TEST(HostClasses, ColourPictureToLxyAndDominantWavelength) {
   // WST has no way back.
   EXPECT_EQ(s.lastError(), 0xe072108eUL);
 }
+
+TEST(HostClasses, ClassifierAndList) {
+  Session s;
+  const std::string ini = s.path("klass.ini");
+  const std::string out = s.run(load() + spaced(
+                                "PICTURE p\np.alloc(10,10)\np.ramp(0.0,1.0)\nCLASSIFIER k\nk.threshold(3)\n"
+                                "k.setThreshold(0,5.0)\nk.setThreshold(1,12.0)\nINT n\nn=k.count(p,0)\necho(n)\n"
+                                "n=k.count(p,2)\necho(n)\nn=k.classOf(12.0)\necho(n)\nPICTURE c\nk.classify(p,c)\n"
+                                "FLOAT f\nf=c.max()\necho(f)\nk.save(\"" + ini + "\",\"K\")\nCLASSIFIER r\n"
+                                "r.threshold(3)\nr.load(\"" + ini + "\",\"K\")\nf=r.getThreshold(1)\necho(f)\n"
+                                "CLASSLIST list\nlist.defaults()\nn=list.addLuminance(1.0,2.0)\necho(n)\n"
+                                "n=list.addLuminance(1.0,2.0)\necho(n)\nn=list.size()\necho(n)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  // l + k < 5: 15 pixels; l + k >= 12: 28 pixels of the 10 x 10 ramp.
+  EXPECT_EQ(out, "15 28 2 2.000000e+00 1.200000e+01 13 13 14 ") << out;
+  s.run("k.setThreshold(3,1.0)\n");
+  EXPECT_EQ(s.lastError(), 0x5100000u);
+}
