@@ -77,3 +77,33 @@ TEST(ResultBasic, CentresPositionsAndItems) {
     EXPECT_EQ(c, 0x5100000UL);
   }
 }
+
+#include "statistik/TResultCut.h"
+
+TEST(ResultBasic, ProfileOverRuns) {
+  TResultCut cut;
+  for (int run = 0; run < 2; ++run) {
+    for (int i = 0; i < 150; ++i) cut.addValue(i + 10.0 * run, 1);  // grows past 100 entries
+    cut.stop();
+  }
+  EXPECT_EQ(cut.uiGetSize(), 150u);
+  EXPECT_EQ(cut.uiGetAktPos(), 0u);
+  const auto x = cut.vdGetCutX(eMittel), t = cut.vdGetCutT(eMittel), ref = cut.vdGetCutX(eReferenz);
+  ASSERT_EQ(x.size(), 150u);
+  EXPECT_EQ(x[120], 130);        // the last run
+  EXPECT_EQ(t[120], 125);        // the mean over both runs
+  EXPECT_EQ(ref[120], 120);      // the reference is the index
+  EXPECT_EQ(cut.rRGetTResult().dGetCount(), 2);
+  cut.addValue(1, 1);            // a shorter run overwrites from the start
+  cut.stop();
+  EXPECT_EQ(cut.uiGetSize(), 1u);
+  cut.vTakeOverCut({42});
+  EXPECT_EQ(cut.vdGetCutX(eMittel), std::vector<double>{42});
+  TResultCut other;
+  other.vTakeOverData(cut);
+  EXPECT_EQ(other.vdGetCutX(eMittel), std::vector<double>{42});
+  TResultStatistik s;
+  s.setReferenzCursorXY(3, 4);
+  EXPECT_DOUBLE_EQ(s.dGetNewReferenzD(0, 0), -5);
+  EXPECT_DOUBLE_EQ(s.dGetNewReferenzD(6, 8), 5);
+}
