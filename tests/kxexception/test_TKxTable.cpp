@@ -5,17 +5,9 @@
 #include "kxexception/KxError.h"
 #include "kxexception/TKxTable.h"
 
-namespace {
-unsigned long codeOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
-}  // namespace
+#include "../rastrix/RastrixTestUtil.h"
+
+using rastrixtest::codeOf;
 
 TEST(KxTable, CellsFormatsAndText) {
   TKxTable t;

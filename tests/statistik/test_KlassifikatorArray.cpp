@@ -14,19 +14,14 @@
 #include "statistik/TArcFilamentKlassifikator.h"
 #include "statistik/TKlassifikatorArray.h"
 
+#include "../rastrix/RastrixTestUtil.h"
+
 using namespace Rastrix;
+
+using rastrixtest::codeOf;
 
 namespace {
 
-unsigned long codeOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (unsigned long c) {
-    kx::deleteError();
-    return c;
-  }
-  return 0;
-}
 
 std::vector<std::string> names(const TKlassifikatorArray& a) {
   std::vector<std::string> n;
