@@ -23,8 +23,6 @@ namespace Rastrix {
 
 namespace {
 
-const TLanguage::TLanguageString sIndex("Klassenindex mit %d nicht im Bereich 0...%d",
-                                        "Classindex %d out of range 0...%d");
 const TLanguage::TLanguageString sWrongPixel("Klassifikatur muss von Pixeltyp %d sein und nicht vom Pixeltyp %d",
                                              "Need classifier for pixel type %d and not for pixel type %d");
 const TLanguage::TLanguageString sBadValue("Wert %s=%d ungültig", "Value %s=%d invalid");
@@ -294,7 +292,7 @@ unsigned TPixelKlassifikatorTypThreshold<T>::getTyp(const T& pixel) const {
 template <class T>
 void TPixelKlassifikatorTypThreshold<T>::vSetThreshold(unsigned i, const double& value) {
   KX_TRY {
-    if (i >= size()) KX_THROW(Err::ulKlassifikatorIndex, sIndex(), static_cast<int>(i), static_cast<int>(size()) - 1);
+    _vCheckIndex(i);
     thresholds[i] = value;
     setTimeStamp();
   }
@@ -304,7 +302,7 @@ void TPixelKlassifikatorTypThreshold<T>::vSetThreshold(unsigned i, const double&
 template <class T>
 double TPixelKlassifikatorTypThreshold<T>::dGetThreshold(unsigned i) const {
   KX_TRY {
-    if (i >= size()) KX_THROW(Err::ulKlassifikatorIndex, sIndex(), static_cast<int>(i), static_cast<int>(size()) - 1);
+    _vCheckIndex(i);
     return thresholds[i];
   }
   KX_CATCH
@@ -365,7 +363,7 @@ void TPixelKlassifikatorTypThreshold<T>::vReadIni(TKxIniFile* ini, const char* s
 
 template <class T>
 void TPixelKlassifikatorTypThreshold<T>::vClassifyPlane(const TPlaneBasic& src, TPlaneBasic& classes,
-                                                        bool withPlane) const {
+                                                        bool) const {
   KX_TRY {
     if (src.eGetPicturePT() != ePixel) {
       // Every other pixel type is class 0, as getTyp of that type gives.
@@ -413,7 +411,6 @@ void TPixelKlassifikatorTypThreshold<T>::vClassifyPlane(const TPlaneBasic& src, 
         }
       });
     }
-    (void)withPlane;
     classes.vSetTimeStamp();
   }
   KX_CATCH
