@@ -1,6 +1,7 @@
 #include "statistik/TResultBasic.h"
 
 #include <cmath>
+#include <typeinfo>
 
 #include "kxexception/KxError.h"
 #include "kxexception/TLanguage.h"
@@ -31,27 +32,49 @@ const char* TResultBasicData::cppStrGetName(int type) {
   return sNames[type]();
 }
 
-void TResultBasicData::addValue(double value, double area, bool update) {
-  if (bFirst) start();
-  if (adErg[eAnz] == 0) {
-    adErg[eMin] = adErg[eMax] = value;
-  } else {
-    if (value < adErg[eMin]) adErg[eMin] = value;
-    if (adErg[eMax] < value) adErg[eMax] = value;
-  }
-  adErg[eAnz] += 1;
-  adErg[eFlaeche] += std::fabs(area);
-  dSum += value;
-  dSumSquare += value * value;
+void TResultBasicData::incValue(bool update) {
+  _vInc();
   if (update) updateErg();
 }
 
-void TResultBasicData::incValue(bool update) {
+void TResultBasicData::_vAddRun(double n, double area, double sum, double sum2, double min, double max) {
   if (bFirst) start();
+  if (n <= 0) return;
+  if (adErg[eAnz] == 0) {
+    adErg[eMin] = min;
+    adErg[eMax] = max;
+  } else {
+    if (min < adErg[eMin]) adErg[eMin] = min;
+    if (adErg[eMax] < max) adErg[eMax] = max;
+  }
+  adErg[eAnz] += n;
+  adErg[eFlaeche] += area;
+  dSum += sum;
+  dSumSquare += sum2;
+}
+
+void TResultBasicData::vMerge(const TResultBasicData& o) {
+  if (bFirst) start();
+  if (o.adErg[eAnz] == 0) return;
+  if (adErg[eAnz] == 0) {
+    adErg[eMin] = o.adErg[eMin];
+    adErg[eMax] = o.adErg[eMax];
+  } else {
+    if (o.adErg[eMin] < adErg[eMin]) adErg[eMin] = o.adErg[eMin];
+    if (adErg[eMax] < o.adErg[eMax]) adErg[eMax] = o.adErg[eMax];
+  }
+  adErg[eAnz] += o.adErg[eAnz];
+  adErg[eFlaeche] += o.adErg[eFlaeche];
+  dSum += o.dSum;
+  dSumSquare += o.dSumSquare;
+}
+
+void TResultBasicData::vMergeCount(const TResultBasicData& o) {
+  if (bFirst) start();
+  if (o.adErg[eAnz] == 0) return;
   adErg[eAnz] = 1;
-  dSum += 1;
+  dSum += o.dSum;
   adErg[eMin] = adErg[eMax] = dSum;
-  if (update) updateErg();
 }
 
 void TResultBasicData::stop(bool first) {
@@ -93,6 +116,11 @@ void TResultBasic::addValue(double value, double area) { ResultX.addValue(value,
 
 void TResultBasic::incValue() { ResultX.incValue(false); }
 
+void TResultBasic::addValuesLC(const double* values, int n, double y, double x, double dx, double area, int line,
+                               int column) {
+  for (int i = 0; i < n; ++i) addValueLC(values[i], y, x + i * dx, area, line, column + i);
+}
+
 void TResultBasic::addValueLC(double value, double, double, double area, int, int) {
   ResultX.addValue(value, area, false);
 }
@@ -100,6 +128,14 @@ void TResultBasic::addValueLC(double value, double, double, double area, int, in
 void TResultBasic::stop() {
   ResultX.stop(true);
   ResultT.addValue(eTimeValue <= eFlaeche ? ResultX.dpGetErg()[eTimeValue] : 0.0, 1.0, true);
+}
+
+void TResultBasic::vMerge(const TResultBasic& o) {
+  KX_TRY {
+    if (typeid(o) != typeid(*this)) KX_THROW(0x5100000UL, "merging results of different kinds");
+    ResultX.vMerge(o.ResultX);
+  }
+  KX_CATCH
 }
 
 void TResultBasic::vSetTimeValue(ResultStatistikType t) { eTimeValue = t == eReferenz ? eMittel : t; }
@@ -123,22 +159,40 @@ void TResultBSchwerpunkt::start() {
   _vClearCoordinates();
 }
 
-void TResultBSchwerpunkt::addValueLC(double value, double y, double x, double area, int line, int column) {
+void TResultBSchwerpunkt::_vAddRunLC(const double* v, int n, double y, double x, double dx, double area, int line,
+                                     int column) {
+  if (n <= 0) return;
   if (bClearOnNext) _vClearCoordinates();
-  if (ResultX.dGetMin() > value || bFirstValue) {
-    DMinPosition = {x, y};
-    IMinPosition = {static_cast<double>(column), static_cast<double>(line)};
+  if (ResultX.bIsFirst()) ResultX.start();
+  // Extremes start from those before the run, so that a value equal to one
+  // of them does not move its position: the first in scan order wins.
+  const bool fresh = bFirstValue || ResultX.dGetCount() == 0;
+  double lo = fresh ? v[0] : ResultX.dGetMin(), hi = fresh ? v[0] : ResultX.dGetMax();
+  int iLo = fresh ? 0 : -1, iHi = fresh ? 0 : -1;
+  double s = 0, s2 = 0, si = 0;
+  for (int i = 0; i < n; ++i) {
+    const double d = v[i];
+    s += d;
+    s2 += d * d;
+    si += i * d;
+    if (d < lo) lo = d, iLo = i;
+    if (hi < d) hi = d, iHi = i;
   }
-  if (ResultX.dGetMax() < value || bFirstValue) {
-    DMaxPosition = {x, y};
-    IMaxPosition = {static_cast<double>(column), static_cast<double>(line)};
+  if (iLo >= 0) {
+    DMinPosition = {x + iLo * dx, y};
+    IMinPosition = {static_cast<double>(column + iLo), static_cast<double>(line)};
   }
-  ResultX.addValue(value, area, false);
+  if (iHi >= 0) {
+    DMaxPosition = {x + iHi * dx, y};
+    IMaxPosition = {static_cast<double>(column + iHi), static_cast<double>(line)};
+  }
+  ResultX._vAddRun(n, n * std::fabs(area), s, s2, lo, hi);
   if (bCoordinates) {
-    DSchwerpunkt.x += x * value, DSchwerpunkt.y += y * value;
-    ISchwerpunkt.x += column * value, ISchwerpunkt.y += line * value;
-    DSchwerpunktGeo.x += x, DSchwerpunktGeo.y += y;
-    ISchwerpunktGeo.x += column, ISchwerpunktGeo.y += line;
+    const double tri = 0.5 * n * (n - 1.0);  // the sum of i over the run
+    DSchwerpunkt.x += x * s + dx * si, DSchwerpunkt.y += y * s;
+    ISchwerpunkt.x += column * s + si, ISchwerpunkt.y += line * s;
+    DSchwerpunktGeo.x += n * x + dx * tri, DSchwerpunktGeo.y += n * y;
+    ISchwerpunktGeo.x += n * static_cast<double>(column) + tri, ISchwerpunktGeo.y += n * static_cast<double>(line);
   }
   bFirstValue = false;
 }
@@ -166,6 +220,28 @@ void TResultBSchwerpunkt::stop() {
     bNotFinished = false;
   }
   ResultT.addValue(dGetNumber(eTimeValue), 1.0, true);
+}
+
+void TResultBSchwerpunkt::vMerge(const TResultBasic& b) {
+  KX_TRY {
+    if (typeid(b) != typeid(*this)) KX_THROW(0x5100000UL, "merging results of different kinds");
+    const auto& o = static_cast<const TResultBSchwerpunkt&>(b);
+    if (o.ResultX.dGetCount() == 0) return;
+    if (bClearOnNext) _vClearCoordinates();
+    const bool empty = bFirstValue || ResultX.bIsFirst() || ResultX.dGetCount() == 0;
+    // Ties stay with this part, which comes first in scan order.
+    if (empty || o.ResultX.dGetMin() < ResultX.dGetMin()) DMinPosition = o.DMinPosition, IMinPosition = o.IMinPosition;
+    if (empty || ResultX.dGetMax() < o.ResultX.dGetMax()) DMaxPosition = o.DMaxPosition, IMaxPosition = o.IMaxPosition;
+    ResultX.vMerge(o.ResultX);
+    if (bCoordinates) {
+      DSchwerpunkt.x += o.DSchwerpunkt.x, DSchwerpunkt.y += o.DSchwerpunkt.y;
+      ISchwerpunkt.x += o.ISchwerpunkt.x, ISchwerpunkt.y += o.ISchwerpunkt.y;
+      DSchwerpunktGeo.x += o.DSchwerpunktGeo.x, DSchwerpunktGeo.y += o.DSchwerpunktGeo.y;
+      ISchwerpunktGeo.x += o.ISchwerpunktGeo.x, ISchwerpunktGeo.y += o.ISchwerpunktGeo.y;
+    }
+    bFirstValue = false;
+  }
+  KX_CATCH
 }
 
 double TResultBSchwerpunkt::dGetNumber(int type) const {

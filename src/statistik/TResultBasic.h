@@ -6,6 +6,8 @@
 // extra named numbers.
 #pragma once
 
+#include <cmath>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -39,7 +41,7 @@ class TResultBasicData {
   virtual void vReset() { _init(); }
   virtual void start() { _init(); }
   // Min and max, count, |area|, sums; with `update` the visible numbers.
-  virtual void addValue(double value, double area, bool update);
+  virtual void addValue(double value, double area, bool update) { _vAdd(value, area, update); }
   // The stream as a counter: Count 1, Sum + 1, Min = Max = Sum.
   virtual void incValue(bool update);
   // updateErg; `first` makes the next value start anew.
@@ -64,6 +66,25 @@ class TResultBasicData {
   // The name of a number (0 .. 14) in the current language; "" outside.
   static const char* cppStrGetName(int type);
 
+  // Takes the values of another stream over other pixels, as if they had
+  // been added here: counts, sums and area add, min and max combine. The
+  // visible mean and sigma follow at the next updateErg or stop.
+  void vMerge(const TResultBasicData& o);
+  // The same for two counters (incValue): their counts add.
+  void vMergeCount(const TResultBasicData& o);
+
+  // The body of addValue, for callers that know the type (no virtual call).
+  inline void _vAdd(double value, double area, bool update);
+  // The body of incValue.
+  void _vInc() {
+    if (bFirst) start();
+    adErg[eAnz] = 1;
+    dSum += 1;
+    adErg[eMin] = adErg[eMax] = dSum;
+  }
+  // n values at once, given by their sums, extremes and summed |area|.
+  void _vAddRun(double n, double area, double sum, double sum2, double min, double max);
+
  protected:
   void _init();
 
@@ -71,7 +92,24 @@ class TResultBasicData {
   double dSum;
   double dSumSquare;
   bool bFirst;
+  // dpGetErg() indexes the six visible numbers as one block of doubles.
+  static_assert(sizeof(adErg) == 6 * sizeof(double), "Count .. Area contiguous");
 };
+
+inline void TResultBasicData::_vAdd(double value, double area, bool update) {
+  if (bFirst) start();
+  if (adErg[eAnz] == 0) {
+    adErg[eMin] = adErg[eMax] = value;
+  } else {
+    if (value < adErg[eMin]) adErg[eMin] = value;
+    if (adErg[eMax] < value) adErg[eMax] = value;
+  }
+  adErg[eAnz] += 1;
+  adErg[eFlaeche] += std::fabs(area);
+  dSum += value;
+  dSumSquare += value * value;
+  if (update) updateErg();
+}
 
 class TResultBasic {
  public:
@@ -93,12 +131,22 @@ class TResultBasic {
   virtual void addValue(double value, double area);
   virtual void incValue();
   virtual void addValueLC(double value, double y, double x, double area, int line, int column);
+  // A run of n pixels of one line: value i at column `column` + i and world
+  // x + i * dx; the same as addValueLC for each in turn (up to the rounding
+  // of the sums), with one call per run.
+  virtual void addValuesLC(const double* values, int n, double y, double x, double dx, double area, int line,
+                           int column);
   // Ends the run: ResultX is finished and its number eTimeValue goes to
   // ResultT.
   virtual void stop();
   // 6 (the reference) becomes 1: it is no measured number.
   virtual void vSetTimeValue(ResultStatistikType t);
   virtual ResultStatistikType eGetTimeValue() const { return eTimeValue; }
+  // Takes the values another result of the same kind gathered in its run
+  // over other pixels that come later in scan order, so that the two give
+  // what one pass over all pixels would have given. Another kind raises
+  // 0x5100000.
+  virtual void vMerge(const TResultBasic& o);
 
   const TResultBasicData& rRGetXResult() const { return ResultX; }
   const TResultBasicData& rRGetTResult() const { return ResultT; }
@@ -124,7 +172,17 @@ class TResultBSchwerpunkt : public TResultBasic {
   void start() override;
   // Extreme positions (the first in scan order wins), the value into
   // ResultX, and the centre sums.
-  void addValueLC(double value, double y, double x, double area, int line, int column) override;
+  void addValueLC(double value, double y, double x, double area, int line, int column) override {
+    _vAddLC(value, y, x, area, line, column);
+  }
+  // Sums, extremes and centre sums of the run gathered in registers.
+  void addValuesLC(const double* values, int n, double y, double x, double dx, double area, int line,
+                   int column) override {
+    _vAddRunLC(values, n, y, x, dx, area, line, column);
+  }
+  void _vAddRunLC(const double* values, int n, double y, double x, double dx, double area, int line, int column);
+  // The body of addValueLC, for callers that know the type.
+  inline void _vAddLC(double value, double y, double x, double area, int line, int column);
   // Finishes the centres (once per run; a second stop clears them) and
   // passes number eTimeValue to ResultT.
   void stop() override;
@@ -150,6 +208,7 @@ class TResultBSchwerpunkt : public TResultBasic {
   // The number `type` of this result: 0 to 5 from ResultX, 6 the reference,
   // 7 to 10 the centres, 11 to 14 the extreme positions (in world units).
   double dGetNumber(int type) const;
+  void vMerge(const TResultBasic& o) override;
 
   // Extra named numbers; an index beyond the list raises 0x5100000.
   void vAddItem2List(const std::string& name, const std::string& unit);
@@ -177,3 +236,23 @@ class TResultBSchwerpunkt : public TResultBasic {
   };
   std::vector<TItem> items;
 };
+
+inline void TResultBSchwerpunkt::_vAddLC(double value, double y, double x, double area, int line, int column) {
+  if (bClearOnNext) _vClearCoordinates();
+  if (ResultX.dGetMin() > value || bFirstValue) {
+    DMinPosition = {x, y};
+    IMinPosition = {static_cast<double>(column), static_cast<double>(line)};
+  }
+  if (ResultX.dGetMax() < value || bFirstValue) {
+    DMaxPosition = {x, y};
+    IMaxPosition = {static_cast<double>(column), static_cast<double>(line)};
+  }
+  ResultX._vAdd(value, area, false);
+  if (bCoordinates) {
+    DSchwerpunkt.x += x * value, DSchwerpunkt.y += y * value;
+    ISchwerpunkt.x += column * value, ISchwerpunkt.y += line * value;
+    DSchwerpunktGeo.x += x, DSchwerpunktGeo.y += y;
+    ISchwerpunktGeo.x += column, ISchwerpunktGeo.y += line;
+  }
+  bFirstValue = false;
+}

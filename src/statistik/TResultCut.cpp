@@ -31,7 +31,13 @@ void TResultCut::addValue(double value, double) {
 
 void TResultCut::addValueLC(double value, double y, double x, double area, int line, int column) {
   if (bCutFirst) startX();
-  TResultStatistik::addValueLC(value, y, x, area, line, column);
+  _vAddLC(value, y, x, area, line, column);
+  _rNextEntry().addValue(value, area);
+  ++uPos;
+  if (uSize < uPos) uSize = uPos;
+}
+
+TResultBasic& TResultCut::_rNextEntry() {
   if (uPos >= vEntries.size()) {
     const std::size_t from = vEntries.size();
     vEntries.resize(from + 100);
@@ -41,9 +47,22 @@ void TResultCut::addValueLC(double value, double y, double x, double area, int l
       vEntries[i].vSetReferenzD(static_cast<double>(i));
     }
   }
-  vEntries[uPos].addValue(value, area);
-  ++uPos;
-  if (uSize < uPos) uSize = uPos;
+  return vEntries[uPos];
+}
+
+void TResultCut::vMerge(const TResultBasic& b) {
+  KX_TRY {
+    if (typeid(b) != typeid(*this)) KX_THROW(0x5100000UL, "merging results of different kinds");
+    const auto& o = static_cast<const TResultCut&>(b);
+    if (bCutFirst) startX();
+    TResultStatistik::vMerge(b);
+    for (unsigned k = 0; k < o.uPos && k < o.vEntries.size(); ++k) {
+      _rNextEntry().vMerge(o.vEntries[k]);
+      ++uPos;
+    }
+    if (uSize < uPos) uSize = uPos;
+  }
+  KX_CATCH
 }
 
 void TResultCut::stop() {

@@ -21,10 +21,17 @@ class TResultCut : public TResultStatistik {
   // The value goes to this result and to the entry at the write position,
   // which then moves on; the profile grows by 100 entries at a time.
   void addValueLC(double value, double y, double x, double area, int line, int column) override;
+  // Value by value: each advances the profile.
+  void addValuesLC(const double* values, int n, double y, double x, double dx, double area, int line,
+                   int column) override {
+    TResultBasic::addValuesLC(values, n, y, x, dx, area, line, column);
+  }
   // Ends the run of this result and of every entry; the next value starts
   // the profile anew.
   void stop() override;
   void vSetTimeValue(ResultStatistikType t) override;
+  // The other profile's entries of this run follow the entries written here.
+  void vMerge(const TResultBasic& o) override;
 
   // Entries, size and position of another profile of the same type.
   virtual void vTakeOverData(const TResultStatistik& o);
@@ -41,6 +48,9 @@ class TResultCut : public TResultStatistik {
   const TResultBasic& rGetEntry(unsigned i) const;
 
  protected:
+  // The entry at the write position, the profile grown by 100 if needed.
+  TResultBasic& _rNextEntry();
+
   std::vector<TResultBasic> vEntries;
   bool bCutFirst = true;
   unsigned uSize = 0;

@@ -1,6 +1,7 @@
 #include "statistik/TResultStatistik.h"
 
 #include <cmath>
+#include <cstdio>
 
 #include "file98/TKxIniFile.h"
 #include "kxexception/KxError.h"
@@ -61,6 +62,19 @@ double TResultStatistik::dGetNewReferenzD(double x, double y) const {
   const double d = std::hypot(x - dReferenzCursorX, y - dReferenzCursorY);
   const bool before = x < dReferenzCursorX || (x == dReferenzCursorX && y < dReferenzCursorY);
   return before ? -d : d;
+}
+
+std::string TResultStatistik::strFormat(int type, int digits) const {
+  const char* unit = "";
+  if (type >= eMittel && type <= eMax)
+    unit = sUnit.c_str();
+  else if (type >= eReferenz && type <= eYMax)
+    unit = sUnitRef.c_str();
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%.*g", digits < 1 ? 1 : digits > 17 ? 17 : digits, dGetNumber(type));
+  std::string out = std::string(TResultBasicData::cppStrGetName(type)) + " = " + buf;
+  if (*unit) out += std::string(" ") + unit;
+  return out;
 }
 
 void TResultStatistik::vWriteIni(TKxIniFile* ini, const char* section) const {

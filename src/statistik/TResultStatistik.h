@@ -34,6 +34,11 @@ class TResultStatistik : public TResultBSchwerpunkt {
   // The stored reference while the cursor is (0, 0); else the distance of
   // (x, y) to the cursor, negative left of it (or level with it and below).
   virtual double dGetNewReferenzD(double x, double y) const;
+  // Number `type` (0 .. 14) as "<name> = <value> <unit>", the name in the
+  // current language: no unit for the count, the value's unit for 1 to 4,
+  // the reference unit for the reference, the centres and the positions.
+  // `digits` significant digits.
+  virtual std::string strFormat(int type, int digits = 6) const;
   // "Value", "Unit", "ValueRef", "UnitRef".
   virtual void vWriteIni(TKxIniFile* ini, const char* section) const;
   virtual void vReadIni(TKxIniFile* ini, const char* section);
@@ -41,4 +46,16 @@ class TResultStatistik : public TResultBSchwerpunkt {
  protected:
   double dReferenzCursorX = 0, dReferenzCursorY = 0;
   std::string sValue = "Value", sUnit = "Unit", sValueRef = "ValueRef", sUnitRef = "UnitRef";
+};
+
+// The results of the integral and symbol statistics: their numbers are
+// items of the list.
+class TResultIntegral : public TResultStatistik {
+ public:
+  TResultIntegral* pVirtualClone() const override { return new TResultIntegral(*this); }
+};
+
+class TResultSymbol : public TResultStatistik {
+ public:
+  TResultSymbol* pVirtualClone() const override { return new TResultSymbol(*this); }
 };
