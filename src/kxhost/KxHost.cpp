@@ -10,4 +10,5 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   kxhost::pColorPictureClass()->registerClass(exec);
   kxhost::pClassifierClass()->registerClass(exec);
   kxhost::pClassListClass()->registerClass(exec);
+  kxhost::pResultClass()->registerClass(exec);
 }

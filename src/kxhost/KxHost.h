@@ -12,4 +12,5 @@ std::unique_ptr<TIUserBasic> pRegionClass();
 std::unique_ptr<TIUserBasic> pColorPictureClass();
 std::unique_ptr<TIUserBasic> pClassifierClass();
 std::unique_ptr<TIUserBasic> pClassListClass();
+std::unique_ptr<TIUserBasic> pResultClass();
 }  // namespace kxhost

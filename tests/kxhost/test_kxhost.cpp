@@ -118,3 +118,27 @@ TEST(HostClasses, ClassifierAndList) {
   s.run("k.setThreshold(3,1.0)\n");
   EXPECT_EQ(s.lastError(), 0x5100000u);
 }
+
+TEST(HostClasses, Results) {
+  Session s;
+  const std::string ini = s.path("result.ini");
+  const std::string out = s.run(load() + spaced(
+                                "PICTURE p\np.alloc(4,5)\np.ramp(0.0,1.0)\nRESULT r\nr.add(p)\nr.stop()\nFLOAT f\n"
+                                "f=r.get(1)\necho(f)\nf=r.get(13)\necho(f)\nRESULT h\nh.kind(\"hist\")\n"
+                                "h.hist(0.0,2.0,8.0)\nh.add(p)\nh.stop()\nINT n\nn=h.size()\necho(n)\n"
+                                "f=h.entry(0,1)\necho(f)\nh.save(\"" + ini + "\",\"H\")\nRESULT g\ng.kind(\"hist\")\n"
+                                "g.load(\"" + ini + "\",\"H\")\ng.add(p)\ng.stop()\nf=g.entry(1,6)\necho(f)\n"
+                                "REGION c\nc.circle(2,1,1)\nRESULT q\nq.addRegion(p,c)\nq.stop()\nf=q.get(0)\necho(f)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  // The 4 x 5 ramp l + k: mean 3.5, maximum 7 at column 4 (line 3). Bins
+  // [0,2) .. [6,8) hold 3, 5, 6, 4 pixels; 8 lies above, the last kept bin
+  // is left out: 3 bins, the first with 3. Read back: the second bin's
+  // centre 3. The cross of radius 1: 5 pixels.
+  EXPECT_EQ(out, "3.500000e+00 4.000000e+00 3 3.000000e+00 3.000000e+00 5.000000e+00 ") << out;
+  s.run("f=h.entry(3,1)\n");
+  EXPECT_EQ(s.lastError(), 0x5100000u);
+  s.run("r.kind(\"circle\")\n");
+  EXPECT_EQ(s.lastError(), 0x5100000u);
+  s.run("r.hist(0.0,1.0,2.0)\n");
+  EXPECT_EQ(s.lastError(), 0x5100000u);
+}
