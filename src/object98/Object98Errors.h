@@ -45,4 +45,51 @@ inline constexpr unsigned long ulRLCValueText = 0xe7522068UL;
 inline constexpr unsigned long ulRLCValueRange = 0xe7422069UL;
 // (A plane of no known pixel type raises Rastrix::Err::ulUnknownPixelTyp.)
 
+// TRelationList: the first or second index out of range. "Index=%d Size=%d"
+inline constexpr unsigned long ulRelIndex1 = 0xe7422023UL;
+inline constexpr unsigned long ulRelIndex2 = 0xe7422024UL;
+// TRelationList: the two indices are equal, an ancestor, a descendant or a
+// brother of each other.
+inline constexpr unsigned long ulRelEqual = 0xe752202bUL;
+inline constexpr unsigned long ulRelAncestor = 0xe7522003UL;
+inline constexpr unsigned long ulRelDescendant = 0xe7522004UL;
+inline constexpr unsigned long ulRelBrother = 0xe7522005UL;
+// TRelationList: "%d hat bereits Vater", "%d und %d haben beide keinen Vater",
+// "%d und %d haben unterschiedliche Väter", "%d ist kein Sohn von %d",
+// "%d hat keinen Vater".
+inline constexpr unsigned long ulRelHasVather = 0xe7522006UL;
+inline constexpr unsigned long ulRelBothNone = 0xe7522007UL;
+inline constexpr unsigned long ulRelDifferent = 0xe7522008UL;
+inline constexpr unsigned long ulRelNoSon = 0xe7522009UL;
+inline constexpr unsigned long ulRelNoVather = 0xe752200aUL;
+
+// TObjectList98: an index at or beyond size().
+inline constexpr unsigned long ulObjectIndex = 0xe7422040UL;
+// A type the object's points cannot have. "Typ %d kann nicht gesetzt werden"
+inline constexpr unsigned long ulObjectSetTyp = 0xe7522042UL;
+// getArea of an object that is no area. "getArea() nur auf Flaechen anwendbar"
+inline constexpr unsigned long ulObjectNoArea = 0xe7522044UL;
+// The distance to an ellipse: an intended stop (305419896).
+inline constexpr unsigned long ulObjectEllipse = 305419896UL;
+// vSetDrawLines, vSetDrawCorners and their get forms: not implemented.
+inline constexpr unsigned long ulFlagNotImplemented = 0xe0722051UL;
+// ".oa" and ".prt": a wrong file type (first line, extension).
+// "Falscher Dateityp:"
+inline constexpr unsigned long ulObjectFileType = 0xe7522039UL;
+// An ".oa" file that cannot be opened / written.
+inline constexpr unsigned long ulObjectFileRead = 0xe3222038UL;
+inline constexpr unsigned long ulObjectFileWrite = 0xe3522037UL;
+// An ".oa" file whose content is broken (truncated, not a number, counts
+// that do not fit, a tree that is no tree).
+inline constexpr unsigned long ulObjectFileFormat = 0xe3222065UL;
+// TBorderLine of an ellipse, a group on a bare point list or an unknown type.
+inline constexpr unsigned long ulBorderType = 0xe0422041UL;
+// TKlassifikator2Color: an index outside 0..255.
+inline constexpr unsigned long ulColorIndex = 0xe7422043UL;
+// TLabelPicAssigner: no item for the picture, a region beyond the count.
+inline constexpr unsigned long ulLabelPicture = 0xe7822045UL;
+inline constexpr unsigned long ulLabelRegion = 0xe7822046UL;
+// Old protocol files: a format the reader does not know or a broken text.
+inline constexpr unsigned long ulOldProtocol = 0xe332204eUL;
+
 }  // namespace object98

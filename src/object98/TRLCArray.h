@@ -35,6 +35,8 @@
 #include "object98/TOPointList.h"
 #include "object98/TRLCLine.h"
 
+class TObjectList98;
+
 class TRLCArray {
  public:
   TRLCArray();
@@ -57,6 +59,14 @@ class TRLCArray {
   // Ellipse 8 has no run form, and groups 11..13 are made from their members
   // in the object list: both raise 0xe072203c here.
   void calcRLC(const TOPointList<int>& list);
+  // The region of object `index` of the list, through the list's cache.
+  void assign(const TObjectList98* list, unsigned index);
+  TRLCArray(const TObjectList98* list, unsigned index) : TRLCArray() { assign(list, index); }
+  // The region of a group from its sons (those without the flag 0x01000000),
+  // each through its own cache: or-ed, xor-ed or and-ed.
+  void calcRLC_OR_Group(const TObjectList98* list, unsigned index);
+  void calcRLC_XOR_Group(const TObjectList98* list, unsigned index);
+  void calcRLC_AND_Group(const TObjectList98* list, unsigned index);
   // Exactly one point: one line with one run of width 1.
   void calcRLCPoint(const TOPointList<int>& list);
   // Lines from the y of point 0 to the y of point 3, each with the run from the

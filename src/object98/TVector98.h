@@ -61,6 +61,16 @@ class TVector98 {
     }
     if (Capacity < n) Capacity = n;
   }
+  // Moves element `from` to index `to`, the ones between shifting by one.
+  void vMove(int from, int to) {
+    if (from < 0 || from >= size()) KX_THROW(object98::ulVectorIndex, "Index=%d >= Size=%d", from, size());
+    if (to < 0 || to >= size()) KX_THROW(object98::ulVectorIndex, "Index=%d >= Size=%d", to, size());
+    auto item = std::move(Items[static_cast<std::size_t>(from)]);
+    Items.erase(Items.begin() + from);
+    Items.insert(Items.begin() + to, std::move(item));
+  }
+  // Sets the capacity as read from a file (at least the size).
+  void vSetCapacity(int c) { Capacity = c < size() ? size() : c; }
   // Deletes all elements; the capacity stays.
   void clear() { Items.clear(); }
 

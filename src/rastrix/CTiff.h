@@ -173,6 +173,9 @@ class CWTiff {
   unsigned long AddAsciiTag(uint16_t tag, const char* t, short ifd) { return head.AddNewTag(ifd, tag, t); }
   unsigned long AddShortTag(uint16_t tag, short v, short ifd) { return _short(static_cast<TIFF::TAGTYP>(tag), v, ifd); }
   unsigned long SetNewSubfileTyp(short full, short reduced, short page, short mask, short ifd);
+  // The directories being written, for files with further directories and
+  // tags of their own (old protocol files).
+  CTiffHeader& rGetHeader() { return head; }
   unsigned long SetColorMapTag(short ifd);
 
  protected:
