@@ -11,4 +11,5 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   kxhost::pClassifierClass()->registerClass(exec);
   kxhost::pClassListClass()->registerClass(exec);
   kxhost::pResultClass()->registerClass(exec);
+  kxhost::pObjectListClass()->registerClass(exec);
 }

@@ -13,4 +13,5 @@ std::unique_ptr<TIUserBasic> pColorPictureClass();
 std::unique_ptr<TIUserBasic> pClassifierClass();
 std::unique_ptr<TIUserBasic> pClassListClass();
 std::unique_ptr<TIUserBasic> pResultClass();
+std::unique_ptr<TIUserBasic> pObjectListClass();
 }  // namespace kxhost

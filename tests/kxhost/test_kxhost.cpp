@@ -142,3 +142,21 @@ TEST(HostClasses, Results) {
   s.run("r.hist(0.0,1.0,2.0)\n");
   EXPECT_EQ(s.lastError(), 0x5100000u);
 }
+
+TEST(HostClasses, ObjectList) {
+  Session s;
+  const std::string oa = s.path("list.oa");
+  const std::string out = s.run(load() + spaced(
+                                "OBJLIST o\nINT a\na=o.rect(0,0,9,9)\nINT b\nb=o.rect(5,5,14,14)\nINT k\n"
+                                "k=o.select(a)\nk=o.select(b)\nINT g\ng=o.group(\"xor\")\necho(g)\nLITERAL t\n"
+                                "t=o.name(b)\necho(t)\nk=o.pixels(g)\necho(k)\no.save(\"" + oa + "\")\n"
+                                "OBJLIST p\np.load(\"" + oa + "\")\nk=p.father(a)\necho(k)\n"
+                                "p.erase(g,1)\nk=p.size()\necho(k)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  // Two 10 x 10 squares overlapping in 5 x 5: their XOR has 150 pixels.
+  EXPECT_EQ(out, "2 1.2 150 2 0 ") << out;
+  s.run("k=o.pixels(7)\n");
+  EXPECT_EQ(s.lastError(), 0xe7422040u);
+  s.run("k=o.group(\"nand\")\n");
+  EXPECT_EQ(s.lastError(), 0x5100000u);
+}
