@@ -93,6 +93,30 @@ class TOPointList : public TDelivery {
   // types the smallest and largest coordinates of the points. A list without
   // points gives min 0 and max -1.
   void Extent(T& minX, T& maxX, T& minY, T& maxY) const;
+  // Width and height of the extent: max - min, plus 1 in pixel measure.
+  T Width(bool pixelMeasure) const;
+  T Height(bool pixelMeasure) const;
+
+  // Sets a type the points can have, else "Typ %d kann nicht gesetzt
+  // werden" (0xe7522042): a point needs one point, the four-cornered types
+  // four, a circle and a line two, a polyline two or more, a polygon three
+  // or more; groups and the ellipse take any.
+  void setTyp(TOPL_Typ typ);
+  bool bCanHaveTyp(TOPL_Typ typ) const;
+  // Closed types with an inside: 1 to 7 and the groups.
+  bool bIsArea() const;
+  // The enclosed area: of a circle pi r^2 with the Euclidean radius, of the
+  // others the polygon of the points; other types raise "getArea() nur auf
+  // Flaechen anwendbar" (0xe7522044).
+  double getArea() const;
+  // The distance of p: to a point, to a circle's line, to the closed edges
+  // (1 to 6, groups) or the open ones (line, polyline); an ellipse raises
+  // 305419896.
+  double dGetDistance(const TOPoint<double>& p) const;
+  // Inside a circle: not farther from the centre than the radius. Other
+  // closed types: the winding sum of the edges seen from p is at least pi
+  // (a corner counts as inside).
+  bool bIsInside(const TOPoint<double>& p) const;
 
  private:
   TOPL_Typ Typ;

@@ -971,6 +971,62 @@ thread_local char infoText[512];
 
 }  // namespace
 
+void TObjectList98::vCalculateLine(int i, const Rastrix::TCoordinateSystem* cs, double& len, double& h,
+                                   double& w) const {
+  KX_TRY {
+    _check(i);
+    const TOPointList<int>& p = Points[i];
+    len = 0;
+    for (int k = 1; k < p.size(); ++k) len += length(cs, p[k - 1], p[k]);
+    vCalculateWidthAndHeight(i, cs, w, h);
+  }
+  KX_CATCH
+}
+
+void TObjectList98::vCalculateLineAndArea(int i, const Rastrix::TCoordinateSystem* cs, double& circ,
+                                          double& area) const {
+  KX_TRY {
+    _check(i);
+    const TOPointList<int>& p = Points[i];
+    area = circ = 0;
+    for (int k = 0; k < p.size(); ++k) {
+      const TOPoint<int>& a = p[k];
+      const TOPoint<int>& b = p[(k + 1) % p.size()];
+      area += trapezoid(cs, a, b);
+      circ += length(cs, a, b);
+    }
+    area = std::fabs(area);
+  }
+  KX_CATCH
+}
+
+void TObjectList98::vCalculateWidthAndHeight(int i, const Rastrix::TCoordinateSystem* cs, double& w,
+                                             double& h) const {
+  KX_TRY {
+    _check(i);
+    int x0, x1, y0, y1;
+    Points[i].Extent(x0, x1, y0, y1);
+    h = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x0, y1));
+    w = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x1, y0));
+  }
+  KX_CATCH
+}
+
+void TObjectList98::vCalculateCircle(int i, const Rastrix::TCoordinateSystem* cs, double& d, double& area,
+                                     double& circ) const {
+  KX_TRY {
+    _check(i);
+    const TOPointList<int>& p = Points[i];
+    d = area = circ = 0;
+    if (p.size() < 2) return;
+    const double r = length(cs, p[0], p[1]);
+    d = 2 * r;
+    area = cs ? cs->dGetCircleArea(p[0].x, p[0].y, p[1].x, p[1].y) : M_PI * r * r;
+    circ = cs ? cs->dGetCircleLength(p[0].x, p[0].y, p[1].x, p[1].y) : 2 * M_PI * r;
+  }
+  KX_CATCH
+}
+
 const char* TObjectList98::cpGetObjectInfo(int i, const Rastrix::TCoordinateSystem* cs) const {
   KX_TRY {
     _check(i);
@@ -979,43 +1035,30 @@ const char* TObjectList98::cpGetObjectInfo(int i, const Rastrix::TCoordinateSyst
     const char* typ = cpGetTOPL_TypName(p.eGetTyp());
     const std::string uL = cs ? cs->rStrGetUnitL() : "", uA = cs ? cs->rStrGetUnitA() : "";
     const TOPL_Typ t = p.eGetTyp();
+    auto f = [&](double v) { return Format.format(v); };
     if (bIsGroup(i)) {
       std::snprintf(infoText, sizeof infoText, sInfoGroup(), name.c_str(), typ, Relations.numberOfSon(i));
-    } else if (t == eCircle && p.size() >= 2) {
-      const double r = length(cs, p[0], p[1]);
-      const double area = cs ? cs->dGetCircleArea(p[0].x, p[0].y, p[1].x, p[1].y) : M_PI * r * r;
-      const double circ = cs ? cs->dGetCircleLength(p[0].x, p[0].y, p[1].x, p[1].y) : 2 * M_PI * r;
-      std::snprintf(infoText, sizeof infoText, sInfoCircle(), name.c_str(), typ, Format.format(2 * r).c_str(),
-                    uL.c_str(), Format.format(area).c_str(), uA.c_str(), Format.format(circ).c_str(), uL.c_str());
+    } else if (t == eCircle) {
+      double d, area, circ;
+      vCalculateCircle(i, cs, d, area, circ);
+      std::snprintf(infoText, sizeof infoText, sInfoCircle(), name.c_str(), typ, f(d).c_str(), uL.c_str(),
+                    f(area).c_str(), uA.c_str(), f(circ).c_str(), uL.c_str());
     } else if (t == eLine || t == ePolyline || t == ePoint) {
-      double len = 0;
-      for (int k = 1; k < p.size(); ++k) len += length(cs, p[k - 1], p[k]);
-      int x0, x1, y0, y1;
-      p.Extent(x0, x1, y0, y1);
-      const double h = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x0, y1));
-      const double w = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x1, y0));
-      std::snprintf(infoText, sizeof infoText, sInfoLine(), name.c_str(), typ, Format.format(len).c_str(), uL.c_str(),
-                    Format.format(h).c_str(), uL.c_str(), Format.format(w).c_str(), uL.c_str());
+      double len, h, w;
+      vCalculateLine(i, cs, len, h, w);
+      std::snprintf(infoText, sizeof infoText, sInfoLine(), name.c_str(), typ, f(len).c_str(), uL.c_str(),
+                    f(h).c_str(), uL.c_str(), f(w).c_str(), uL.c_str());
     } else {
-      double area = 0, circ = 0;
-      for (int k = 0; k < p.size(); ++k) {
-        const TOPoint<int>& a = p[k];
-        const TOPoint<int>& b = p[(k + 1) % p.size()];
-        area += trapezoid(cs, a, b);
-        circ += length(cs, a, b);
-      }
-      area = std::fabs(area);
+      double area, circ;
+      vCalculateLineAndArea(i, cs, circ, area);
       if (t == eRectangle || t == eSquare) {
-        int x0, x1, y0, y1;
-        p.Extent(x0, x1, y0, y1);
-        const double h = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x0, y1));
-        const double w = length(cs, TOPoint<int>(x0, y0), TOPoint<int>(x1, y0));
-        std::snprintf(infoText, sizeof infoText, sInfoRect(), name.c_str(), typ, Format.format(w).c_str(), uL.c_str(),
-                      Format.format(h).c_str(), uL.c_str(), Format.format(area).c_str(), uA.c_str(),
-                      Format.format(circ).c_str(), uL.c_str());
+        double w, h;
+        vCalculateWidthAndHeight(i, cs, w, h);
+        std::snprintf(infoText, sizeof infoText, sInfoRect(), name.c_str(), typ, f(w).c_str(), uL.c_str(),
+                      f(h).c_str(), uL.c_str(), f(area).c_str(), uA.c_str(), f(circ).c_str(), uL.c_str());
       } else {
-        std::snprintf(infoText, sizeof infoText, sInfoArea(), name.c_str(), typ, Format.format(area).c_str(),
-                      uA.c_str(), Format.format(circ).c_str(), uL.c_str());
+        std::snprintf(infoText, sizeof infoText, sInfoArea(), name.c_str(), typ, f(area).c_str(), uA.c_str(),
+                      f(circ).c_str(), uL.c_str());
       }
     }
     return infoText;

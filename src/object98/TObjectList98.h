@@ -217,6 +217,17 @@ class TObjectList98 : public TDelivery {
   bool bIsModified() const { return rGetTimeStamp() > saved_; }
   void vSetNotModified() { saved_ = rGetTimeStamp(); }
 
+  // Measures through a coordinate system (null: pixels): a line's length and
+  // the height and width of its extent; a contour's circumference and area;
+  // the extent's width and height; a circle's diameter, area and
+  // circumference.
+  void vCalculateLine(int i, const Rastrix::TCoordinateSystem* cs, double& length, double& height,
+                      double& width) const;
+  void vCalculateLineAndArea(int i, const Rastrix::TCoordinateSystem* cs, double& circumference,
+                             double& area) const;
+  void vCalculateWidthAndHeight(int i, const Rastrix::TCoordinateSystem* cs, double& width, double& height) const;
+  void vCalculateCircle(int i, const Rastrix::TCoordinateSystem* cs, double& diameter, double& area,
+                        double& circumference) const;
   // Status line texts with the measures of a coordinate system (null: pixels).
   const char* cpGetObjectInfo(int i, const Rastrix::TCoordinateSystem* cs) const;
   const char* cpGetPointInfo(int i, int point, const Rastrix::TCoordinateSystem* cs) const;

@@ -65,3 +65,30 @@ TEST(TOPointList, PointsExtentAndNames) {
 }
 
 }  // namespace
+
+// Measures of a point list: area, distance, inside, and the type check.
+TEST(TOPointList, AreaDistanceInsideAndType) {
+  TOPointList<int> tri(ePolygon, {{0, 0}, {10, 0}, {0, 10}});
+  EXPECT_DOUBLE_EQ(tri.getArea(), 50);
+  EXPECT_DOUBLE_EQ(tri.dGetDistance({5, 5}), 0);
+  EXPECT_DOUBLE_EQ(tri.dGetDistance({-3, 4}), 3);
+  EXPECT_TRUE(tri.bIsInside({2, 2}));
+  EXPECT_TRUE(tri.bIsInside({0, 0}));  // a corner
+  EXPECT_FALSE(tri.bIsInside({6, 6}));
+  EXPECT_FALSE(tri.bIsInside({-1, 5}));
+  TOPointList<int> circle(eCircle, {{0, 0}, {3, 4}});
+  EXPECT_NEAR(circle.getArea(), M_PI * 25, 1e-9);
+  EXPECT_DOUBLE_EQ(circle.dGetDistance({10, 0}), 5);
+  EXPECT_TRUE(circle.bIsInside({0, 5}));
+  EXPECT_FALSE(circle.bIsInside({4, 4}));
+  TOPointList<int> line(ePolyline, {{0, 0}, {10, 0}, {10, 10}});
+  EXPECT_DOUBLE_EQ(line.dGetDistance({0, 10}), 10);  // open: no edge back to the start
+  EXPECT_EQ(line.Width(true), 11);
+  EXPECT_EQ(rlctest::codeOf([&] { line.getArea(); }), object98::ulObjectNoArea);
+  EXPECT_EQ(rlctest::codeOf([&] { line.setTyp(eCircle); }), object98::ulObjectSetTyp);
+  EXPECT_EQ(line.eGetTyp(), ePolyline);
+  line.setTyp(ePolygon);
+  EXPECT_DOUBLE_EQ(line.getArea(), 50);
+  TOPointList<int> e(eEllipse, {{0, 0}, {1, 1}});
+  EXPECT_EQ(rlctest::codeOf([&] { e.dGetDistance({0, 0}); }), object98::ulObjectEllipse);
+}

@@ -100,6 +100,13 @@ TEST(ObjectList, NamesGroupsAndErasing) {
   EXPECT_EQ(y1, 8);
   EXPECT_TRUE(l.rGetFlagList().isSelected(3));
 
+  const std::string info = l.cpGetObjectInfo(0, nullptr);
+  EXPECT_NE(info.find(std::string("=") + cpGetTOPL_TypName(eRectangle) + "  "), std::string::npos) << info;
+  for (const char* n : {"=9,0000", "=4,0000", "=36,0000", "=26,0000"}) EXPECT_NE(info.find(n), std::string::npos) << info;
+  double d, area, circ;
+  l.vCalculateCircle(2, nullptr, d, area, circ);
+  EXPECT_DOUBLE_EQ(d, 6);
+
   Recorder rec;
   l.vConnectReceiver(&rec);
   l.erase(1, false);  // the last but one son: the group's border follows, its index corrected
