@@ -189,6 +189,11 @@ bool TKdoIntMain::FormCreate() {
         toRegistry.bExecIni(TIniFilename(registry + "registry.ini"), "Registry", false);
       }
 
+      // Before the FIFO and the run's files exist: whoever sees them may
+      // already send a signal, and it must end the run through the closing
+      // macro, not kill the process.
+      std::signal(SIGTERM, onSignal);
+      std::signal(SIGINT, onSignal);
       if (!pipe_.bOpen(pipeName_.c_str()))
         KX_THROW(ulPipeUnusable, "FIFO %s: %s", pipeName_.c_str(), std::strerror(errno));
       TIInterpreter::vSetPipeName(pipeName_);
@@ -225,8 +230,6 @@ bool TKdoIntMain::FormCreate() {
       inputClient_.Open(stdin_.c_str());
       outputServer_.Open(stdout_.c_str());
       errorServer_.Open(stderr_.c_str());
-      std::signal(SIGTERM, onSignal);
-      std::signal(SIGINT, onSignal);
       char line[300];
       std::snprintf(line, sizeof line, "play(\"%s\")\r\n", start.cpGetStartmacroName(start.uGetDefaultStartmacro()));
       _vAppendInput(line);
