@@ -1,0 +1,241 @@
+// The statistics engine over a scene of objects: numbers per object and
+// class against numpy over masks read from the run-length files, label
+// planes against the class map, the update cycle, averaging, and bad input.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <random>
+#include <sstream>
+
+#include "../rastrix/RastrixTestUtil.h"
+#include "object98/TObjectList98.h"
+#include "rastrix/TPixelKlassifikatorTypThreshold.h"
+#include "statistik/TPicStatistikPlaneBasic.h"
+#include "statistik/TResultHist.h"
+
+using namespace Rastrix;
+using rastrixtest::codeOf;
+
+namespace {
+
+struct Scene {
+  TPlane<float> pic{40, 50};
+  TObjectList98 list;
+  TPixelKlassifikatorTypThreshold<float> k;
+  Scene() {
+    std::mt19937 rng(4);
+    std::uniform_real_distribution<float> d(0, 100);
+    for (int l = 0; l < 40; ++l)
+      for (int c = 0; c < 50; ++c) pic[l][c] = (rng() % 9 == 0) ? 50.0f : d(rng);
+    list.append(TOPointList<int>(eRectangle, {{2, 3}, {20, 3}, {20, 15}, {2, 15}}));
+    list.append(TOPointList<int>(eCircle, {{35, 25}, {43, 25}}));
+    list.append(TOPointList<int>(ePolygon, {{5, 20}, {25, 22}, {12, 38}}));
+    list.append(TOPointList<int>(eRectangle, {{15, 10}, {30, 10}, {30, 18}, {15, 18}}));
+    list.rGetFlagList().selectObject(0);
+    list.rGetFlagList().selectObject(3);
+    list.vCreateGroup(eOrGroup);  // object 4
+    k.resize(3);
+    k.vSetThreshold(0, 30);
+    k.vSetThreshold(1, 70);
+  }
+};
+
+std::unique_ptr<TPicStatistikPlaneBasic> statOf(Scene& s, int i) {
+  TResultStatistik r;
+  auto st = std::make_unique<TPicStatistikPlaneBasic>(i, &s.pic, &r);
+  st->setObject(i, &s.list, false);
+  st->vSetKlassifikator(&s.k);
+  return st;
+}
+
+}  // namespace
+
+TEST(PicStatistik, ObjectsAgainstNumpy) {
+  Scene s;
+  rastrixtest::TempDir dir("kx_stat_");
+  std::ostringstream pixels;
+  pixels.precision(9);
+  for (int l = 0; l < 40; ++l)
+    for (int c = 0; c < 50; ++c) pixels << s.pic[l][c] << ",";
+  std::vector<double> got;
+  std::string files;
+  for (int i = 0; i < s.list.size(); ++i) {
+    auto st = statOf(s, i);
+    ASSERT_TRUE(st->bConditionalUpdate(true));
+    const std::string f = dir / ("r" + std::to_string(i) + ".rlc").c_str();
+    s.list.rGetRegion(i).write(f.c_str());
+    files += "'" + f + "',";
+    for (unsigned c = 0; c < 3; ++c) {
+      const TResultStatistik* r = st->getResult(0, c);
+      const double* e = r->rRGetXResult().dpGetErg();
+      got.insert(got.end(), {e[0], e[1], e[2], e[3], e[4], r->rGetIMinPosition().x, r->rGetIMinPosition().y,
+                             r->rGetIMaxPosition().x, r->rGetIMaxPosition().y, r->rGetISchwerpunkt().x,
+                             r->rGetISchwerpunkt().y});
+    }
+  }
+  const std::string script =
+      "import numpy as np\n"
+      "from scipy import ndimage\n"
+      "x=np.array([" + pixels.str() + "],dtype=np.float32).astype(float).reshape(40,50)\n"
+      "cls=np.digitize(x,[30,70])\n"
+      "out=[]\n"
+      "for f in [" + files + "]:\n"
+      " v=[int(t) for t in open(f).read().split()]\n"
+      " l0,l1,c0,c1=v[:4]; p=4; m=np.zeros((40,50),bool)\n"
+      " for l in range(l0,l1+1):\n"
+      "  n=v[p]; p+=1\n"
+      "  for k in range(n):\n"
+      "   a,b=v[p],v[p+1]; p+=2\n"
+      "   if 0<=l<40: m[l,max(a,0):min(b,49)+1]=True\n"
+      " for c in range(3):\n"
+      "  mc=m&(cls==c); w=x[mc]\n"
+      "  if w.size==0: out+=[0]*11; continue\n"
+      "  s=w.std(ddof=1) if w.size>1 else 0.0\n"
+      "  flat=np.where(mc.ravel(),x.ravel(),np.inf); i0=int(np.argmin(flat))\n"
+      "  flat=np.where(mc.ravel(),x.ravel(),-np.inf); i1=int(np.argmax(flat))\n"
+      "  cy,cx=ndimage.center_of_mass(np.where(mc,x,0))\n"
+      "  out+=[w.size,w.mean(),s,w.min(),w.max(),i0%50,i0//50,i1%50,i1//50,cx,cy]\n"
+      "print(*[repr(float(z)) for z in out])\n";
+  std::istringstream in(rastrixtest::run("/usr/bin/python3 -c \"" + script + "\""));
+  std::vector<double> ref;
+  for (double v; in >> v;) ref.push_back(v);
+  ASSERT_EQ(ref.size(), got.size());
+  for (std::size_t i = 0; i < got.size(); ++i)
+    EXPECT_NEAR(got[i], ref[i], 1e-6 * (1 + std::fabs(ref[i]))) << "object " << i / 33 << " class " << i / 11 % 3
+                                                                 << " number " << i % 11;
+}
+
+TEST(PicStatistik, LabelPlaneIsTheClassMap) {
+  Scene s;
+  auto st = statOf(s, 1);
+  st->bConditionalUpdate(true);
+  const TPlane<unsigned char>& label = s.list.rGetLabelPic(&s.pic, 1, false, false);
+  const TRLCArray& region = s.list.rGetRegion(1);
+  int inside = 0;
+  for (int l = label.getFirstLine(); l <= label.getLastLine(); ++l)
+    for (int c = label.getFirstColumn(); c <= label.getLastColumn(); ++c) {
+      bool in = false;
+      for (const TRLC& r : region[l]) in = in || (c >= r.FirstColumn && c <= r.LastColumn);
+      inside += in;
+      EXPECT_EQ(label[l][c], in ? s.k.getTyp(s.pic[l][c], l, c, &s.pic) : 255u) << l << "," << c;
+    }
+  EXPECT_EQ(inside, region.pixel());
+}
+
+TEST(PicStatistik, UpdateCycle) {
+  Scene s;
+  auto st = statOf(s, 0);
+  bool newCalc = false;
+  EXPECT_TRUE(st->bNeedUpdate(newCalc));
+  st->bConditionalUpdate(true);
+  newCalc = false;
+  EXPECT_FALSE(st->bNeedUpdate(newCalc));
+  s.pic[5][5] = 1;
+  s.pic.setTimeStamp();  // only the picture: update, accumulating
+  newCalc = false;
+  EXPECT_TRUE(st->bNeedUpdate(newCalc));
+  EXPECT_FALSE(newCalc);
+  st->bConditionalUpdate(false);
+  EXPECT_EQ(st->getResult(0, 1)->rRGetTResult().dGetCount(), 2);
+  s.list.move(0, 1, 0);  // the object: cleared and computed again
+  newCalc = false;
+  EXPECT_TRUE(st->bNeedUpdate(newCalc));
+  EXPECT_TRUE(newCalc);
+  st->bConditionalUpdate(false);
+  EXPECT_EQ(st->getResult(0, 1)->rRGetTResult().dGetCount(), 1);
+  int total = 0;
+  for (unsigned c = 0; c < 3; ++c) total += static_cast<int>(st->getResult(0, c)->rRGetXResult().dGetCount());
+  EXPECT_EQ(total, 19 * 13);
+  s.k.vSetThreshold(0, 31);  // the classifier
+  newCalc = false;
+  EXPECT_TRUE(st->bNeedUpdate(newCalc));
+  EXPECT_TRUE(newCalc);
+
+  // 2 classes to 4: the matrix follows, class 0's template kept.
+  TResultHist hist;
+  hist.setHistStartStepStop(0, 10, 100, true);
+  TPicStatistikPlaneBasic h(0, &s.pic, &hist);
+  TPixelKlassifikatorTypThreshold<float> two;
+  two.resize(2);
+  h.vSetKlassifikator(&two);
+  two.resize(4);
+  EXPECT_EQ(h.uGetKlassifikatorSize(), 4u);
+  EXPECT_NE(dynamic_cast<TResultHist*>(h.getResult(0, 3)), nullptr);
+  EXPECT_EQ(codeOf([&] { h.getResult(0, 4); }), 0x5100000UL);
+  {
+    TPixelKlassifikatorTypThreshold<float> gone;
+    h.vSetKlassifikator(&gone);
+  }
+  EXPECT_EQ(codeOf([&] { h.uGetKlassifikatorSize(); }), 0x7000000UL);  // deleted under the statistic
+
+  TStatistikBasicVector v;
+  for (int i = 0; i < 3; ++i) v.append(statOf(s, i));
+  EXPECT_TRUE(v.bUpdateObjects(false, true, eStatTypStandard));
+  EXPECT_FALSE(v.bUpdateObjects(true, false, eStatTypStandard));  // nothing stale
+  s.list.erase(2, false);
+  EXPECT_TRUE(v.bUpdateObjects(true, false, eStatTypStandard));
+  EXPECT_EQ(v.size(), 2);
+}
+
+TEST(PicStatistik, AveragingPathsAndBadInput) {
+  TPlane<float> p(20, 20);
+  for (int l = 0; l < 20; ++l)
+    for (int c = 0; c < 20; ++c) p[l][c] = static_cast<float>(l * 20 + c);
+  TRLCArray square(TOPointList<int>(eRectangle, {{5, 5}, {11, 5}, {11, 11}, {5, 11}}));  // 7 x 7
+  TResultStatistik r;
+  for (unsigned d : {1u, 2u, 5u}) {
+    TPicStatistikPlaneBasic st(0, &p, &r);
+    st.setRLC(square);
+    st.vSetDiameter(d);
+    st.bConditionalUpdate(true);
+    const TResultBasicData& x = st.getResult(0, 0)->rRGetXResult();
+    if (d < 3) {
+      EXPECT_EQ(x.dGetCount(), 49);  // 2 is no averaging
+      EXPECT_EQ(x.dGetMean(), 8 * 20 + 8);
+    } else {
+      EXPECT_EQ(x.dGetCount(), 9);  // only the 3 x 3 pixels whose circle of radius 2 fits
+      EXPECT_DOUBLE_EQ(x.dGetMean(), 8 * 20 + 8);
+    }
+  }
+  // An integral classifier without label: class 0 everywhere.
+  TPixelKlassifikatorTypThresholdIntegral<float> integral;
+  integral.resize(0);
+  integral.vSetThreshold(0, 5);
+  TPicStatistikPlaneBasic in(0, &p, &r);
+  in.setRLC(square);
+  in.vSetKlassifikator(&integral);
+  in.bConditionalUpdate(true);
+  EXPECT_EQ(in.getResult(0, 0)->rRGetXResult().dGetCount(), 49);
+
+  // A colour picture: three groups, red, green, blue.
+  TPlane<TRGBPixel> rgb(4, 4);
+  for (int l = 0; l < 4; ++l)
+    for (int c = 0; c < 4; ++c) rgb[l][c].r = 10, rgb[l][c].g = static_cast<unsigned char>(20 + c), rgb[l][c].b = 30;
+  TPicStatistikPlaneBasic colour(0, &rgb, &r);
+  colour.setRLC(TRLCArray(TOPointList<int>(eRectangle, {{0, 0}, {3, 0}, {3, 3}, {0, 3}})));
+  colour.bConditionalUpdate(true);
+  ASSERT_EQ(colour.uGetGroupCount(), 3u);
+  EXPECT_EQ(colour.getResult(0, 0)->rRGetXResult().dGetMean(), 10);
+  EXPECT_EQ(colour.getResult(1, 0)->rRGetXResult().dGetMean(), 21.5);
+  EXPECT_EQ(colour.getResult(2, 0)->rRGetXResult().dGetMean(), 30);
+
+  // Outside the picture, a 1 x 1 picture, NaN pixels.
+  TPicStatistikPlaneBasic out(0, &p, &r);
+  out.setRLC(TRLCArray(TOPointList<int>(eCircle, {{100, 100}, {5, 100}})));
+  out.bConditionalUpdate(true);
+  EXPECT_EQ(out.getResult(0, 0)->rRGetXResult().dGetCount(), 0);
+  TPlane<float> one(1, 1);
+  one[0][0] = NAN;
+  TPicStatistikPlaneBasic tiny(0, &one, &r);
+  tiny.setRLC(square);
+  tiny.bConditionalUpdate(true);
+  tiny.setRLC(TRLCArray(TOPointList<int>(eRectangle, {{0, 0}, {3, 0}, {3, 3}, {0, 3}})));
+  tiny.bConditionalUpdate(true);
+  EXPECT_EQ(tiny.getResult(0, 0)->rRGetXResult().dGetCount(), 1);
+  EXPECT_EQ(codeOf([&] { TPicStatistikPlaneBasic bad(0, nullptr, &r); }), 0x5100000UL);
+  EXPECT_EQ(codeOf([&] { delete TStatistikBasic::pGetStatPtr(14); }), 0x5100000UL);
+  std::unique_ptr<TResultStatistik> hist(TStatistikBasic::pGetStatPtr(eStatTypHistogramm));
+  EXPECT_NE(dynamic_cast<TResultHist*>(hist.get()), nullptr);
+  EXPECT_STREQ(strGetStatistikName(13), "Motor als Refeferenz");
+}
