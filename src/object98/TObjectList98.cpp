@@ -147,6 +147,7 @@ bool TObjectList98::bIsValid(const TObjectList98* list) {
 
 bool TObjectList98::bReceiveMessage(const TDelivery* sender, unsigned long a, unsigned long b) {
   if (sender == &Points || sender == &Relations || sender == &Flags) {
+    TDelivery::vSetTimeStamp();  // the tree or the flags changed
     if (bMessages) vSendMessage(a, b);
     return true;
   }
@@ -699,6 +700,7 @@ void TObjectList98::vSetObjectName(int i, const char* name) {
     const bool automatic = !name || !*name;
     Names[static_cast<std::size_t>(i)] = automatic ? "" : name;
     Flags.vSetAutoName(i, automatic);
+    TDelivery::vSetTimeStamp();
     _send(4, static_cast<unsigned long>(i));
   }
   KX_CATCH
@@ -717,6 +719,7 @@ void TObjectList98::vSetAllAutoName() {
     Names[static_cast<std::size_t>(i)].clear();
     Flags.vSetAutoName(i, true);
   }
+  TDelivery::vSetTimeStamp();
 }
 
 // ---------------------------------------------------------------- special objects, files

@@ -79,6 +79,10 @@ class TCoordinateSystem {
   virtual void vGetWorldXY2(double* x, double* y, double column, double line) const;
   // World area of the pixel (column, line): dGetFactorA().
   virtual void vGetWorldA(double* a, int column, int line) const;
+  // True when world x follows from the column alone and linearly, world y
+  // from the line alone, and the pixel area is the same everywhere: then a
+  // run of a line is a start, a step and one area.
+  virtual bool bIsLinearAlongLines() const { return true; }
   // Pixel of world (x, y), truncated toward zero; null pointers are skipped.
   virtual void vGetOrgXY(int* column, int* line, double x, double y) const;
   // The same without truncation.

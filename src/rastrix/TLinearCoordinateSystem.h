@@ -18,6 +18,8 @@ class TLinearCoordinateSystem : public TSizeShiftCoordinateSystem {
   const char* cpGetTypName() const override;
   void vGetWorldXY(double* x, double* y, int column, int line) const override;
   void vGetWorldXY2(double* x, double* y, double column, double line) const override;
+  // Along a line only while y does not follow the column.
+  bool bIsLinearAlongLines() const override { return dA21 == 0.0; }
   // Not available for this class: raise 0xe76210c7.
   void vGetOrgXY(int* column, int* line, double x, double y) const override;
   void vGetOrgXY2(double* column, double* line, double x, double y) const override;

@@ -200,7 +200,19 @@ void TPicStatistik<T>::addRunLC(const TPlane<T>& plane, int line, int column, in
     for (int k = from; k <= to; ++k) out[k] = static_cast<unsigned char>(classes_[static_cast<std::size_t>(k - column)]);
   }
   const unsigned size = static_cast<unsigned>(Results[0].size());
-  if (plane.pGetCoordinateSystem()) {
+  // A system linear along the lines keeps the run's one call per class
+  // stretch; others go pixel by pixel.
+  const TCoordinateSystem* cs = plane.pGetCoordinateSystem();
+  double x0 = column, dx = 1.0, y0 = line, area = 1.0;
+  if (cs && cs->bIsLinearAlongLines()) {
+    double x1;
+    cs->vGetWorldXY(&x0, &y0, column, line);
+    cs->vGetWorldXY(&x1, nullptr, column + 1, line);
+    cs->vGetWorldA(&area, column, line);
+    dx = x1 - x0;
+    cs = nullptr;
+  }
+  if (cs) {
     // World positions and areas per pixel.
     for (int i = 0; i < n; ++i) {
       const unsigned c = classes_[static_cast<std::size_t>(i)];
@@ -219,7 +231,7 @@ void TPicStatistik<T>::addRunLC(const TPlane<T>& plane, int line, int column, in
       int e = s + 1;
       while (e < n && classes_[static_cast<std::size_t>(e)] == c) ++e;
       if (c < size)
-        Results[g][c]->addValuesLC(values_.data() + s, e - s, line, column + s, 1.0, 1.0, line, column + s);
+        Results[g][c]->addValuesLC(values_.data() + s, e - s, y0, x0 + s * dx, dx, area, line, column + s);
       s = e;
     }
   }

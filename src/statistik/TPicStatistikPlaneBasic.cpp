@@ -131,7 +131,9 @@ bool TPicStatistikPlaneBasic::bNeedUpdate(bool& newCalc) {
     if (const TCoordinateSystem* cs = Picture->pGetCoordinateSystem(); cs && stamp_ < cs->getTimeStamp())
       need = newCalc = true;
   }
-  if (ObjectList && TObjectList98::bIsValid(ObjectList)) {
+  // Objects change only with the list's stamp: while it is older than this
+  // statistic, nothing of the object can be new.
+  if (ObjectList && TObjectList98::bIsValid(ObjectList) && stamp_ < ObjectList->getAllTimeStamp()) {
     const int i = _iGetObjectIndex();
     if (i >= 0) {
       const TOPointList<int>& now = (*ObjectList)[i];
@@ -153,8 +155,7 @@ void TPicStatistikPlaneBasic::loopRLC(TPlaneBasic* plane, const TRLCArray* rlc) 
       if (bDirectRLC) {
         rlc = &DirectRLC;
       } else if (listValid) {
-        ObjectRLC = ObjectList->rGetRegion(index);  // through the list's cache
-        rlc = &ObjectRLC;
+        rlc = &ObjectList->rGetRegion(index);  // through the list's cache, not copied
       }
     }
     if (!plane || !TPlaneBasic::bIsValid(plane) || !rlc)

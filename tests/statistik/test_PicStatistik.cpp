@@ -12,6 +12,7 @@
 #include "object98/TObjectList98.h"
 #include "rastrix/TPixelKlassifikatorTypThreshold.h"
 #include "statistik/TPicStatistikPlaneBasic.h"
+#include "rastrix/TLinearCoordinateSystem.h"
 #include "statistik/TResultHist.h"
 
 using namespace Rastrix;
@@ -238,4 +239,40 @@ TEST(PicStatistik, AveragingPathsAndBadInput) {
   std::unique_ptr<TResultStatistik> hist(TStatistikBasic::pGetStatPtr(eStatTypHistogramm));
   EXPECT_NE(dynamic_cast<TResultHist*>(hist.get()), nullptr);
   EXPECT_STREQ(strGetStatistikName(13), "Motor als Refeferenz");
+}
+
+// World units: a size-shift system keeps the runs, a system turning y with
+// the column goes pixel by pixel; both must give the per-pixel numbers.
+TEST(PicStatistik, WorldCoordinates) {
+  TPlane<float> p(30, 30);
+  for (int l = 0; l < 30; ++l)
+    for (int c = 0; c < 30; ++c) p[l][c] = static_cast<float>((l * 7 + c * 3) % 11);
+  const TRLCArray disc(TOPointList<int>(eCircle, {{15, 14}, {24, 14}}));
+  TLinearCoordinateSystem cs;
+  cs.vSetdA11(0.5);
+  cs.vSetdA13(-3);
+  cs.vSetdA22(0.25);
+  cs.vSetdA23(7);
+  cs.setFactorA(0.125);
+  for (double a21 : {0.0, 0.3}) {
+    cs.vSetdA21(a21);
+    p.SetCoordinateSystem(&cs);
+    TResultStatistik r;
+    TPicStatistikPlaneBasic st(0, &p, &r);
+    st.setRLC(disc);
+    st.bConditionalUpdate(true);
+    const TResultStatistik* got = st.getResult(0, 0);
+    TResultStatistik ref;
+    for (int l = disc.getFirstLine(); l <= disc.getLastLine(); ++l)
+      for (const TRLC& run : disc[l])
+        for (int c = run.FirstColumn; c <= run.LastColumn; ++c) {
+          double x, y, a;
+          cs.vGetWorldXY(&x, &y, c, l);
+          cs.vGetWorldA(&a, c, l);
+          ref.addValueLC(p[l][c], y, x, a, l, c);
+        }
+    ref.stop();
+    for (int t = 0; t <= eYMax; ++t) EXPECT_NEAR(got->dGetNumber(t), ref.dGetNumber(t), 1e-9) << a21 << " " << t;
+    EXPECT_NEAR(got->rRGetXResult().dGetArea(), disc.pixel() * 0.125, 1e-9);
+  }
 }
