@@ -12,4 +12,5 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   kxhost::pClassListClass()->registerClass(exec);
   kxhost::pResultClass()->registerClass(exec);
   kxhost::pObjectListClass()->registerClass(exec);
+  kxhost::pStatisticClass()->registerClass(exec);
 }

@@ -14,4 +14,5 @@ std::unique_ptr<TIUserBasic> pClassifierClass();
 std::unique_ptr<TIUserBasic> pClassListClass();
 std::unique_ptr<TIUserBasic> pResultClass();
 std::unique_ptr<TIUserBasic> pObjectListClass();
+std::unique_ptr<TIUserBasic> pStatisticClass();
 }  // namespace kxhost

@@ -17,20 +17,12 @@
 using namespace Rastrix;
 using Picture = TFloatPicture;
 
+using kxhost::THostClassifier;
+
 namespace {
 
 constexpr unsigned long ulNoPicture = 0xe7a500c1UL;
 
-// The classifier of a CLASSIFIER variable: a float threshold with two
-// classes until another kind is chosen.
-struct THostClassifier {
-  std::unique_ptr<TPixelKlassifikatorTypThreshold<float>> k = make(2);
-  static std::unique_ptr<TPixelKlassifikatorTypThreshold<float>> make(unsigned n) {
-    auto p = std::make_unique<TPixelKlassifikatorTypThreshold<float>>();
-    p->resize(n);
-    return p;
-  }
-};
 
 THostClassifier& cls(TIVariable* v) { return kxhost::object<THostClassifier>(v); }
 const Picture& picture(TIVariable* v) {

@@ -2,7 +2,10 @@
 // made by "create" and freed by "destroy".
 #pragma once
 
+#include <memory>
+
 #include "kdoint/TIVariable.h"
+#include "rastrix/TPixelKlassifikatorTypThreshold.h"
 
 namespace kxhost {
 template <class T>
@@ -21,4 +24,15 @@ void freeObject(TIVariable* v) {
   delete static_cast<T*>(v->getPointer());
   v->setContent(static_cast<void*>(nullptr));
 }
+
+// The classifier of a CLASSIFIER variable: a float threshold with two
+// classes until another kind is chosen.
+struct THostClassifier {
+  std::unique_ptr<Rastrix::TPixelKlassifikatorTypThreshold<float>> k = make(2);
+  static std::unique_ptr<Rastrix::TPixelKlassifikatorTypThreshold<float>> make(unsigned n) {
+    auto p = std::make_unique<Rastrix::TPixelKlassifikatorTypThreshold<float>>();
+    p->resize(n);
+    return p;
+  }
+};
 }  // namespace kxhost

@@ -160,3 +160,17 @@ TEST(HostClasses, ObjectList) {
   s.run("k=o.group(\"nand\")\n");
   EXPECT_EQ(s.lastError(), 0x5100000u);
 }
+
+TEST(HostClasses, Statistic) {
+  Session s;
+  const std::string out = s.run(load() + spaced(
+                                "PICTURE p\np.alloc(10,10)\np.ramp(0.0,1.0)\nOBJLIST o\nINT i\ni=o.rect(0,0,4,4)\n"
+                                "CLASSIFIER k\nk.threshold(2)\nk.setThreshold(0,4.0)\nSTATISTIC st\nst.classifier(k)\n"
+                                "st.bind(p,o,i)\nINT r\nr=st.update()\necho(r)\nr=st.update()\necho(r)\nFLOAT f\n"
+                                "f=st.get(0,0)\necho(f)\nf=st.get(1,1)\necho(f)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  // The 5 x 5 square of l + k: 10 pixels below 4; the other 15 sum to 80.
+  EXPECT_EQ(out, "1 0 1.000000e+01 5.333333e+00 ") << out;
+  s.run("k.threshold(3)\nr=st.update()\n");  // its classifier replaced under it
+  EXPECT_EQ(s.lastError(), 0x7000000u);
+}
