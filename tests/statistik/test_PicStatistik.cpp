@@ -244,11 +244,11 @@ TEST(PicStatistik, AveragingPathsAndBadInput) {
 // World units: a size-shift system keeps the runs, a system turning y with
 // the column goes pixel by pixel; both must give the per-pixel numbers.
 TEST(PicStatistik, WorldCoordinates) {
+  TLinearCoordinateSystem cs;  // outlives the plane that uses it
   TPlane<float> p(30, 30);
   for (int l = 0; l < 30; ++l)
     for (int c = 0; c < 30; ++c) p[l][c] = static_cast<float>((l * 7 + c * 3) % 11);
   const TRLCArray disc(TOPointList<int>(eCircle, {{15, 14}, {24, 14}}));
-  TLinearCoordinateSystem cs;
   cs.vSetdA11(0.5);
   cs.vSetdA13(-3);
   cs.vSetdA22(0.25);
