@@ -3,6 +3,7 @@
 // planes against the class map, the update cycle, averaging, and bad input.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <random>
@@ -275,4 +276,41 @@ TEST(PicStatistik, WorldCoordinates) {
     for (int t = 0; t <= eYMax; ++t) EXPECT_NEAR(got->dGetNumber(t), ref.dGetNumber(t), 1e-9) << a21 << " " << t;
     EXPECT_NEAR(got->rRGetXResult().dGetArea(), disc.pixel() * 0.125, 1e-9);
   }
+}
+
+#include "statistik/TPicStatistikFocus.h"
+#include "statistik/TResultCutTime.h"
+
+// Bars with linear edges of width w: the 20-80 % width is 0.6 w.
+TEST(PicStatistik, FocusEdgeOfKnownWidth) {
+  for (int w : {5, 10, 20}) {
+    TPlane<unsigned char> p(20, 200);
+    for (int l = 0; l < 20; ++l)
+      for (int c = 0; c < 200; ++c) {
+        const double up = std::clamp((c - 40.0) / w, 0.0, 1.0), down = std::clamp((140.0 - c) / w, 0.0, 1.0);
+        p[l][c] = static_cast<unsigned char>(std::lround(20 + 230 * std::min(up, down)));
+      }
+    double width = 999;
+    const int edges = iCalculateFocusEdge(&p, CRectangle(0, 19, 0, 199), 0, 1000, width);
+    EXPECT_EQ(edges, 40) << w;  // a rising and a falling edge per line
+    EXPECT_NEAR(width, 0.6 * w, 0.15) << w;
+    double none = 999;
+    EXPECT_EQ(iCalculateFocusEdge(&p, CRectangle(0, 19, 0, 199), 1, 1000, none), 0);  // columns are flat
+    EXPECT_EQ(none, 999);
+  }
+  TPlane<float> f(4, 4);
+  double v = 0;
+  EXPECT_EQ(codeOf([&] { iCalculateFocusEdge(&f, CRectangle(0, 3, 0, 3), 0, 1000, v); }), 0x5100000UL);
+
+  TPlane<unsigned char> p(30, 120);
+  for (int l = 0; l < 30; ++l)
+    for (int c = 0; c < 120; ++c) p[l][c] = c < 50 ? 20 : c < 60 ? static_cast<unsigned char>(20 + 23 * (c - 50)) : 250;
+  std::unique_ptr<TResultStatistik> curve(TStatistikBasic::pGetStatPtr(eStatTypFocus));
+  TPicStatistikFocus st(0, &p, curve.get());
+  st.setRLC(TRLCArray(TOPointList<int>(eRectangle, {{0, 0}, {119, 0}, {119, 29}, {0, 29}})));
+  st.bConditionalUpdate(true);
+  auto* focus = dynamic_cast<TResultCutFocus*>(st.getResult(0, 0));
+  ASSERT_NE(focus, nullptr);
+  ASSERT_EQ(focus->uiGetSize(), 1u);
+  EXPECT_NEAR(focus->vdGetCutX(eMittel)[0], 6, 0.15);
 }
