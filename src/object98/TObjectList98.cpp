@@ -1069,6 +1069,25 @@ const char* TObjectList98::cpGetObjectInfo(int i, const Rastrix::TCoordinateSyst
   KX_CATCH
 }
 
+const char* TObjectList98::cpGetObjectInfo2(const TOPointList<int>& now, const TOPointList<int>& before,
+                                           const Rastrix::TCoordinateSystem* cs) const {
+  KX_TRY {
+    TObjectList98 one;
+    one.bMessages = false;
+    one.append(now);
+    std::string text = one.cpGetObjectInfo(0, cs);
+    if (now.size() > 0 && before.size() > 0) {
+      double x0 = before[0].x, y0 = before[0].y, x1 = now[0].x, y1 = now[0].y;
+      if (cs) cs->vGetWorldXY(&x0, &y0, before[0].x, before[0].y), cs->vGetWorldXY(&x1, &y1, now[0].x, now[0].y);
+      const std::string u = cs ? cs->rStrGetUnitX() : "";
+      text += "  dx=" + Format.format(x1 - x0) + u + "  dy=" + Format.format(y1 - y0) + (cs ? cs->rStrGetUnitY() : "");
+    }
+    std::snprintf(infoText, sizeof infoText, "%s", text.c_str());
+    return infoText;
+  }
+  KX_CATCH
+}
+
 const char* TObjectList98::cpGetPointInfo(int i, int point, const Rastrix::TCoordinateSystem* cs) const {
   KX_TRY {
     _check(i);

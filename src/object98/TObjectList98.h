@@ -231,6 +231,11 @@ class TObjectList98 : public TDelivery {
   // Status line texts with the measures of a coordinate system (null: pixels).
   const char* cpGetObjectInfo(int i, const Rastrix::TCoordinateSystem* cs) const;
   const char* cpGetPointInfo(int i, int point, const Rastrix::TCoordinateSystem* cs) const;
+  // The text of a point list being edited (`now`, not in the list) as
+  // cpGetObjectInfo gives it, with the move of its first point from the
+  // list it was (`before`): "  dx=...  dy=...".
+  const char* cpGetObjectInfo2(const TOPointList<int>& now, const TOPointList<int>& before,
+                               const Rastrix::TCoordinateSystem* cs) const;
   const char* cpGetLineInfo(int i, int line, const Rastrix::TCoordinateSystem* cs) const;
 
   // Files: ".oa" text; read also takes ".prt" (old protocols).

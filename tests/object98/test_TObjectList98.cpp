@@ -103,6 +103,9 @@ TEST(ObjectList, NamesGroupsAndErasing) {
   const std::string info = l.cpGetObjectInfo(0, nullptr);
   EXPECT_NE(info.find(std::string("=") + cpGetTOPL_TypName(eRectangle) + "  "), std::string::npos) << info;
   for (const char* n : {"=9,0000", "=4,0000", "=36,0000", "=26,0000"}) EXPECT_NE(info.find(n), std::string::npos) << info;
+  const std::string moved = l.cpGetObjectInfo2(rect(2, 1, 11, 5), l[0], nullptr);
+  EXPECT_NE(moved.find("=36,0000"), std::string::npos) << moved;
+  EXPECT_NE(moved.find("  dx=2,0000  dy=1,0000"), std::string::npos) << moved;
   double d, area, circ;
   l.vCalculateCircle(2, nullptr, d, area, circ);
   EXPECT_DOUBLE_EQ(d, 6);
