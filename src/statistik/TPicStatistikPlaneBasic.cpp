@@ -7,7 +7,10 @@
 #include "kxexception/KxError.h"
 #include "rastrix/TCoordinateSystem.h"
 #include "rastrix/TPlane.h"
+#include "object98/TPicture2RLC.h"
+#include "rastrix/TPixelKlassifikatorTypThreshold.h"
 #include "rastrix/TPlaneLoop.h"
+#include "statistik/TRLCStandardStatistik.h"
 #include "statistik/TResultHist.h"
 #include "statistik/TResultProjection.h"
 
@@ -165,6 +168,26 @@ void TPicStatistikPlaneBasic::loopRLC(TPlaneBasic* plane, const TRLCArray* rlc) 
     TPlane<unsigned char>* label = nullptr;
     if (!bDirectRLC && uGetKlassifikatorSize() > 1 && listValid && ObjectList->rGetFlagList().bGetDrawArea(index))
       label = &ObjectList->rGetLabelPic(plane, index, true, true);
+    // Automatic threshold of an integral or symbol classifier left at 0:
+    // a tenth of the way from the region's minimum to its maximum, for this
+    // run only.
+    TPixelKlassifikatorTypThresholdIntegral<float>* automatic = nullptr;
+    const EPicStatistikType kind = eGetPicStatistikType();
+    if (label && ePixelTyp == eF && (kind == eStatIntegral || kind == eStatSymbol)) {
+      auto* k = dynamic_cast<TPixelKlassifikatorTypThresholdIntegral<float>*>(pGetKlassifikator());
+      if (k && k->dGetThreshold(0) < 1e-10) {
+        TResultStatistik plain;
+        TPicStatistikPlaneBasic range(0, plane, &plain);
+        range.setRLC(*rlc);
+        range.loopRLC(plane, rlc);
+        range.stop();
+        const TResultBasicData& r = range.getResult(0, 0)->rRGetXResult();
+        const double t = r.dGetMin() + 0.1 * (r.dGetMax() - r.dGetMin());
+        k->vSetThreshold(0, t);
+        k->vSetThreshold(1, t);
+        automatic = k;
+      }
+    }
     visit([&](auto& s) {
       using T = PixelOf<decltype(s)>;
       const auto* p = dynamic_cast<const TPlane<T>*>(plane);
@@ -175,6 +198,10 @@ void TPicStatistikPlaneBasic::loopRLC(TPlaneBasic* plane, const TRLCArray* rlc) 
       else
         loop.loop(&s);
     });
+    if (automatic) {
+      automatic->vSetThreshold(0, 0.0);
+      automatic->vSetThreshold(1, 0.0);
+    }
     if (label) {
       // The object's colours: the global table, rejected classes not shown.
       TKlassifikator2Color& colours = ObjectList->rGetClassColor(plane, index);
@@ -331,6 +358,52 @@ void TPicStatistikPlaneBasic::vReadIni(TKxIniFile* ini, const char* section) {
     uiDiameter = static_cast<unsigned>(d);
     Signatur.set(sig.c_str());
     TStatistikBasic::vReadIni(ini, section);
+  }
+  KX_CATCH
+}
+
+// ---------------------------------------------------------------- symbol
+
+void TPicStatistikSymbol::stop() {
+  KX_TRY {
+    TPicStatistikIntegral::stop();
+    const int index = _iGetObjectIndex();
+    if (!ObjectList || !TObjectList98::bIsValid(ObjectList) || index < 0 || !Picture) return;
+    if (uGetKlassifikatorSize() <= 2) return;
+    // The region of class 2 from the label plane.
+    const TPlane<unsigned char>& label = ObjectList->rGetLabelPic(Picture, index, false, false);
+    std::vector<TRLCArray> byClass;
+    if (label.getLines() > 0) TPicture2RLC::vTransform256(label, byClass, 2, 2);
+    unsigned diameter = 0, border = 0;
+    if (const auto* sym = dynamic_cast<const TPixelKlassifikatorTypThresholdSymbol<float>*>(pGetKlassifikator()))
+      sym->vGetSymbolData(&diameter, &border);
+    else if (const auto* symc = dynamic_cast<const TPixelKlassifikatorTypThresholdSymbol<TRGBFloatPixel>*>(pGetKlassifikator()))
+      symc->vGetSymbolData(&diameter, &border);
+    const bool colour = ePixelTyp == eRGBF;
+    TRLCStandardStatistik calc(colour ? 3 : 1, true, true, false, true);
+    const bool exists = byClass.size() > 2 && byClass[2].size() > 0 && byClass[2].pixel() > 0;
+    if (exists) calc.vCalculate(Picture, byClass[2], diameter / 2, border);
+    const TCoordinateSystem* cs = Picture->pGetCoordinateSystem();
+    for (unsigned c = 0; c < uGetGroupCount(); ++c) {
+      TResultStatistik* r = getResult(c, 2);
+      if (!(r->rRGetXResult().dGetArea() > 0)) {
+        r->rRGetXResult().vSetMean(exists && c < calc.uiGetColors() ? calc.dGetMean(c) : 0.0);
+        continue;
+      }
+      if (!exists || c >= calc.uiGetColors() || calc.lGetNumber() == 0) continue;
+      double* e = r->rRGetXResult().dpGetErg();
+      e[eMin] = calc.dGetMinV(c);
+      e[eMax] = calc.dGetMaxV(c);
+      double x0 = calc.iGetMinX(c), y0 = calc.iGetMinY(c), x1 = calc.iGetMaxX(c), y1 = calc.iGetMaxY(c);
+      r->vSetIMinPosition({x0, y0});
+      r->vSetIMaxPosition({x1, y1});
+      if (cs) {
+        cs->vGetWorldXY(&x0, &y0, calc.iGetMinX(c), calc.iGetMinY(c));
+        cs->vGetWorldXY(&x1, &y1, calc.iGetMaxX(c), calc.iGetMaxY(c));
+      }
+      r->vSetDMinPosition({x0, y0});
+      r->vSetDMaxPosition({x1, y1});
+    }
   }
   KX_CATCH
 }

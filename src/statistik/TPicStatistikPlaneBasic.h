@@ -94,6 +94,18 @@ class TPicStatistikIntegral : public TPicStatistikPlaneBasic {
   }
 };
 
+// The symbol statistic: after the integral step, the region of class 2
+// (from the label plane) is measured again with the symbol classifier's
+// diameter and border distance, and class 2's numbers come from there.
+class TPicStatistikSymbol : public TPicStatistikIntegral {
+ public:
+  TPicStatistikSymbol(int index, Rastrix::TPlaneBasic* picture, const TResultStatistik* result)
+      : TPicStatistikIntegral(index, picture, result) {
+    setPicStatistikType(eStatSymbol);
+  }
+  void stop() override;
+};
+
 class TStatistikBasicVector {
  public:
   int size() const { return static_cast<int>(Items.size()); }

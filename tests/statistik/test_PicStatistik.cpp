@@ -11,6 +11,7 @@
 
 #include "../rastrix/RastrixTestUtil.h"
 #include "object98/TObjectList98.h"
+#include "object98/TPicture2RLC.h"
 #include "rastrix/TPixelKlassifikatorTypThreshold.h"
 #include "statistik/TPicStatistikPlaneBasic.h"
 #include "rastrix/TLinearCoordinateSystem.h"
@@ -313,4 +314,65 @@ TEST(PicStatistik, FocusEdgeOfKnownWidth) {
   ASSERT_NE(focus, nullptr);
   ASSERT_EQ(focus->uiGetSize(), 1u);
   EXPECT_NEAR(focus->vdGetCutX(eMittel)[0], 6, 0.15);
+}
+
+#include "statistik/TRLCStandardStatistik.h"
+
+// The integral statistic with its automatic threshold, and the symbol
+// statistic's class 2 measured again over the eroded, smoothed symbol.
+TEST(PicStatistik, IntegralAutomaticThresholdAndSymbol) {
+  TPlane<float> p(40, 40);
+  for (int l = 0; l < 40; ++l)
+    for (int c = 0; c < 40; ++c) p[l][c] = (l >= 15 && l < 25 && c >= 12 && c < 28) ? 100.0f + (l + c) % 5 : 10.0f + c % 3;
+  TObjectList98 list;
+  list.append(TOPointList<int>(eRectangle, {{5, 5}, {34, 5}, {34, 34}, {5, 34}}));
+  TPixelKlassifikatorTypThresholdIntegral<float> k;
+  k.resize(0);
+  k.vSetIntegralData(5, 5, 0.5, false);
+  TResultStatistik r;
+  TPicStatistikIntegral in(0, &p, &r);
+  in.setObject(0, &list, false);
+  in.vSetKlassifikator(&k);
+  in.bConditionalUpdate(true);
+  EXPECT_EQ(k.dGetThreshold(0), 0.0);  // set back after the run
+  // The same run with the threshold set by hand: min 10, max 104.
+  TPixelKlassifikatorTypThresholdIntegral<float> fixed;
+  fixed.resize(0);
+  fixed.vSetIntegralData(5, 5, 0.5, false);
+  fixed.vSetThreshold(0, 10 + 0.1 * 94);
+  fixed.vSetThreshold(1, 10 + 0.1 * 94);
+  TObjectList98 list2(list);
+  TPicStatistikPlaneBasic plain(0, &p, &r);
+  plain.setObject(0, &list2, false);
+  plain.vSetKlassifikator(&fixed);
+  plain.bConditionalUpdate(true);
+  const TResultBasicData& c1 = plain.getResult(0, 1)->rRGetXResult();
+  const TResultBasicData& c2 = plain.getResult(0, 2)->rRGetXResult();
+  ASSERT_GT(c2.dGetCount(), 0);
+  EXPECT_EQ(in.getResult(0, 2)->rRGetXResult().dGetCount(), c2.dGetCount());
+  const double moved = c1.dGetArea() > 0 ? (c2.dGetMean() * c2.dGetCount() + c1.dGetMean() * c1.dGetCount()) / c2.dGetCount()
+                                          : c2.dGetMean();
+  EXPECT_NEAR(in.getResult(0, 2)->rRGetXResult().dGetMean(), moved, 1e-9);
+  if (c1.dGetArea() > 0) EXPECT_EQ(in.getResult(0, 1)->rRGetXResult().dGetMean(), 0);
+
+  TPixelKlassifikatorTypThresholdSymbol<float> sym;
+  sym.resize(0);
+  sym.vSetIntegralData(5, 5, 0.5, false);
+  sym.vSetThreshold(0, 50);
+  sym.vSetThreshold(1, 50);
+  sym.vSetSymbolData(3, 1);
+  TPicStatistikSymbol st(0, &p, &r);
+  st.setObject(0, &list, false);
+  st.vSetKlassifikator(&sym);
+  st.bConditionalUpdate(true);
+  const TPlane<unsigned char>& label = list.rGetLabelPic(&p, 0, false, false);
+  std::vector<TRLCArray> byClass;
+  TPicture2RLC::vTransform256(label, byClass, 2, 2);
+  ASSERT_GT(byClass.size(), 2u);
+  TRLCStandardStatistik direct(1, true, true, false, true);
+  direct.vCalculate(&p, byClass[2], 1, 1);
+  ASSERT_GT(direct.lGetNumber(), 0);
+  EXPECT_EQ(st.getResult(0, 2)->rRGetXResult().dGetMax(), direct.dGetMaxV(0));
+  EXPECT_EQ(st.getResult(0, 2)->rGetIMaxPosition().x, direct.iGetMaxX(0));
+  EXPECT_LE(direct.dGetMaxV(0), 104);
 }
