@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <functional>
 
 #include "file98/IniHelpers.h"
 #include "kxexception/KxError.h"
 #include "rastrix/TCoordinateSystem.h"
 #include "rastrix/TPlane.h"
 #include "object98/TPicture2RLC.h"
+#include "rastrix/TPixelColorSpace.h"
 #include "rastrix/TPixelKlassifikatorTypThreshold.h"
 #include "rastrix/TPlaneLoop.h"
 #include "statistik/TRLCStandardStatistik.h"
@@ -169,24 +171,43 @@ void TPicStatistikPlaneBasic::loopRLC(TPlaneBasic* plane, const TRLCArray* rlc) 
     if (!bDirectRLC && uGetKlassifikatorSize() > 1 && listValid && ObjectList->rGetFlagList().bGetDrawArea(index))
       label = &ObjectList->rGetLabelPic(plane, index, true, true);
     // Automatic threshold of an integral or symbol classifier left at 0:
-    // a tenth of the way from the region's minimum to its maximum, for this
-    // run only.
-    TPixelKlassifikatorTypThresholdIntegral<float>* automatic = nullptr;
+    // a tenth of the way from the region's minimum to its maximum (colour
+    // pictures: of the luminance), for this run only.
+    std::function<void(double)> automatic;  // sets thresholds 0 and 1
     const EPicStatistikType kind = eGetPicStatistikType();
-    if (label && ePixelTyp == eF && (kind == eStatIntegral || kind == eStatSymbol)) {
-      auto* k = dynamic_cast<TPixelKlassifikatorTypThresholdIntegral<float>*>(pGetKlassifikator());
-      if (k && k->dGetThreshold(0) < 1e-10) {
+    if (label && (kind == eStatIntegral || kind == eStatSymbol)) {
+      double lo = 0, hi = 0;
+      bool found = false;
+      if (auto* k = dynamic_cast<TPixelKlassifikatorTypThresholdIntegral<float>*>(pGetKlassifikator());
+          k && ePixelTyp == eF && k->dGetThreshold(0) < 1e-10) {
         TResultStatistik plain;
         TPicStatistikPlaneBasic range(0, plane, &plain);
         range.setRLC(*rlc);
         range.loopRLC(plane, rlc);
         range.stop();
         const TResultBasicData& r = range.getResult(0, 0)->rRGetXResult();
-        const double t = r.dGetMin() + 0.1 * (r.dGetMax() - r.dGetMin());
-        k->vSetThreshold(0, t);
-        k->vSetThreshold(1, t);
-        automatic = k;
+        lo = r.dGetMin(), hi = r.dGetMax(), found = r.dGetCount() > 0;
+        automatic = [k](double t) { k->vSetThreshold(0, t), k->vSetThreshold(1, t); };
+      } else if (auto* kc = dynamic_cast<TPixelKlassifikatorTypThresholdIntegral<TRGBFloatPixel>*>(pGetKlassifikator());
+                 kc && ePixelTyp == eRGBF && kc->dGetThreshold(0) < 1e-10) {
+        const auto& pc = static_cast<const TPlane<TRGBFloatPixel>&>(*plane);
+        TPixelColorSpace cs;
+        lo = DBL_MAX, hi = -DBL_MAX;
+        const int l0 = std::max(pc.getFirstLine(), rlc->getFirstLine()), l1 = std::min(pc.getLastLine(), rlc->getLastLine());
+        for (int l = l0; l <= l1 && rlc->size() > 0; ++l)
+          for (const TRLC& run : (*rlc)[l])
+            for (int c = std::max(run.FirstColumn, pc.getFirstColumn()); c <= std::min(run.LastColumn, pc.getLastColumn());
+                 ++c) {
+              cs.vSetColor(pc[l][c], TPixelColorSpace::CIE_RGB);
+              const double y = cs.rGetColor(TPixelColorSpace::XYZ).g;
+              lo = std::min(lo, y), hi = std::max(hi, y), found = true;
+            }
+        automatic = [kc](double t) { kc->vSetThreshold(0, t), kc->vSetThreshold(1, t); };
       }
+      if (automatic && found)
+        automatic(lo + 0.1 * (hi - lo));
+      else
+        automatic = nullptr;
     }
     visit([&](auto& s) {
       using T = PixelOf<decltype(s)>;
@@ -198,10 +219,7 @@ void TPicStatistikPlaneBasic::loopRLC(TPlaneBasic* plane, const TRLCArray* rlc) 
       else
         loop.loop(&s);
     });
-    if (automatic) {
-      automatic->vSetThreshold(0, 0.0);
-      automatic->vSetThreshold(1, 0.0);
-    }
+    if (automatic) automatic(0.0);
     if (label) {
       // The object's colours: the global table, rejected classes not shown.
       TKlassifikator2Color& colours = ObjectList->rGetClassColor(plane, index);

@@ -57,6 +57,10 @@ std::unique_ptr<TPicStatistikPlaneBasic> statOf(Scene& s, int i) {
 TEST(PicStatistik, ObjectsAgainstNumpy) {
   Scene s;
   rastrixtest::TempDir dir("kx_stat_");
+  const std::string oa = dir / "scene.oa";  // the scene as the user saved it
+  s.list.write(oa.c_str());
+  s.list.read(oa.c_str(), false);
+  ASSERT_EQ(s.list.size(), 5);
   std::ostringstream pixels;
   pixels.precision(9);
   for (int l = 0; l < 40; ++l)
@@ -375,4 +379,39 @@ TEST(PicStatistik, IntegralAutomaticThresholdAndSymbol) {
   EXPECT_EQ(st.getResult(0, 2)->rRGetXResult().dGetMax(), direct.dGetMaxV(0));
   EXPECT_EQ(st.getResult(0, 2)->rGetIMaxPosition().x, direct.iGetMaxX(0));
   EXPECT_LE(direct.dGetMaxV(0), 104);
+}
+
+#include "rastrix/TPixelColorSpace.h"
+
+TEST(PicStatistik, AutomaticThresholdOfColourPictures) {
+  TPlane<TRGBFloatPixel> p(30, 30);
+  double lo = 1e300, hi = -1e300;
+  TPixelColorSpace cs;
+  for (int l = 0; l < 30; ++l)
+    for (int c = 0; c < 30; ++c) {
+      const float v = (l >= 10 && l < 20 && c >= 10 && c < 20) ? 200.0f : 20.0f + c % 4;
+      p[l][c].r = v, p[l][c].g = v * 0.8f, p[l][c].b = v * 0.5f;
+      cs.vSetColor(p[l][c], TPixelColorSpace::CIE_RGB);
+      lo = std::min<double>(lo, cs.rGetColor(TPixelColorSpace::XYZ).g);
+      hi = std::max<double>(hi, cs.rGetColor(TPixelColorSpace::XYZ).g);
+    }
+  TObjectList98 list;
+  list.append(TOPointList<int>(eRectangle, {{0, 0}, {29, 0}, {29, 29}, {0, 29}}));
+  auto run = [&](double threshold) {
+    TPixelKlassifikatorTypThresholdIntegral<TRGBFloatPixel> k;
+    k.resize(0);
+    k.vSetIntegralData(5, 5, 0.5, false);
+    k.vSetThreshold(0, threshold);
+    k.vSetThreshold(1, threshold);
+    TResultStatistik r;
+    TPicStatistikIntegral st(0, &p, &r);
+    st.setObject(0, &list, false);
+    st.vSetKlassifikator(&k);
+    st.bConditionalUpdate(true);
+    EXPECT_EQ(k.dGetThreshold(0), threshold);
+    return st.getResult(1, 2)->rRGetXResult().dGetCount();
+  };
+  const double automatic = run(0.0);
+  EXPECT_GT(automatic, 0);
+  EXPECT_EQ(automatic, run(lo + 0.1 * (hi - lo)));
 }
