@@ -382,6 +382,7 @@ TEST(PicStatistik, IntegralAutomaticThresholdAndSymbol) {
 }
 
 #include "rastrix/TPixelColorSpace.h"
+#include "statistik/TResultProjection.h"
 
 TEST(PicStatistik, AutomaticThresholdOfColourPictures) {
   TPlane<TRGBFloatPixel> p(30, 30);
@@ -414,4 +415,71 @@ TEST(PicStatistik, AutomaticThresholdOfColourPictures) {
   const double automatic = run(0.0);
   EXPECT_GT(automatic, 0);
   EXPECT_EQ(automatic, run(lo + 0.1 * (hi - lo)));
+}
+
+// Border statistics, locked items, values from no picture, colour triples.
+TEST(PicStatistik, BorderLockDoubleAndColour) {
+  TPlane<float> p(40, 40);
+  for (int l = 0; l < 40; ++l)
+    for (int c = 0; c < 40; ++c) p[l][c] = static_cast<float>(c);
+  TObjectList98 list;
+  list.append(TOPointList<int>(eCircle, {{20, 20}, {30, 20}}));
+  list.append(TOPointList<int>(eLine, {{5, 5}, {15, 5}}));
+  std::unique_ptr<TResultStatistik> cut(TStatistikBasic::pGetStatPtr(eStatTypSchnitt));
+  TPicStatistikPlaneBasic circle(0, &p, cut.get());
+  circle.setObject(0, &list, true);
+  circle.bConditionalUpdate(true);
+  const auto* xy = dynamic_cast<TResultCutXY*>(circle.getResult(0, 0));
+  ASSERT_NE(xy, nullptr);
+  const std::vector<double> ref = xy->vdGetCutX(eReferenz);
+  ASSERT_EQ(ref.size(), TBorderLine(list[0]).size());
+  EXPECT_EQ(ref[0], 0);
+  EXPECT_NEAR(ref.back(), 360.0 * (ref.size() - 1) / ref.size(), 1e-9);  // degrees
+  EXPECT_EQ(xy->vdGetCutX(eMittel)[0], 20);  // the top point first
+  TPicStatistikPlaneBasic line(1, &p, cut.get());
+  line.setObject(1, &list, true);
+  line.bConditionalUpdate(true);
+  EXPECT_EQ(dynamic_cast<TResultCutXY*>(line.getResult(0, 0))->vdGetCutX(eReferenz).back(), 10);
+
+  // A locked item runs only when first-locked: then once, and holds.
+  TStatistikBasicVector v;
+  TResultStatistik r;
+  auto held = std::make_unique<TPicStatistikPlaneBasic>(0, &p, &r);
+  held->setObject(0, &list, false);
+  TStatistikBasic* h = held.get();
+  v.append(std::move(held));
+  h->vFirstLock(true);
+  v.bUpdateObjects(false, true, eStatTypStandard);
+  EXPECT_TRUE(h->bIsLock());
+  EXPECT_FALSE(h->bIsFirstLock());
+  const double count = h->getResult(0, 0)->rRGetTResult().dGetCount();
+  EXPECT_EQ(count, 1);
+  p.setTimeStamp();
+  EXPECT_FALSE(v.bUpdateObjects(true, false, eStatTypStandard));
+  EXPECT_EQ(h->getResult(0, 0)->rRGetTResult().dGetCount(), count);
+
+  TDoubleStatistikBasic d(&r);
+  d.vSetVector({1, 2, 3}, {10, 20, 60});
+  d.getResult(0, 0)->stop();
+  EXPECT_EQ(d.getResult(0, 0)->rRGetXResult().dGetMean(), 30);
+  bool newCalc = false;
+  EXPECT_FALSE(d.bNeedUpdate(newCalc));
+
+  // Colour triples: into the display space; L x y keeps its first channel only.
+  TPlane<TRGBFloatPixel> rgb(4, 4);
+  for (int l = 0; l < 4; ++l)
+    for (int c = 0; c < 4; ++c) rgb[l][c].r = 100.0f + c, rgb[l][c].g = 50, rgb[l][c].b = 20;
+  const TRLCArray all(TOPointList<int>(eRectangle, {{0, 0}, {3, 0}, {3, 3}, {0, 3}}));
+  rgb.rGetPixelColorSpace().vSetFlag(TPixelColorSpace::CIE_RGB, TPixelColorSpace::CIE_RGB);
+  TRLCStandardStatistik back(3);
+  back.vCalculate(&rgb, all, 0, 0);
+  EXPECT_NEAR(back.dGetMean(0), 101.5, 1e-3);  // XYZ and back to CIE RGB
+  EXPECT_NEAR(back.dGetMean(2), 20, 1e-3);
+  EXPECT_EQ(back.iGetMaxX(0), 0);  // positions of the luminance only
+  rgb.rGetPixelColorSpace().vSetFlag(TPixelColorSpace::CIE_RGB, TPixelColorSpace::LXY);
+  TRLCStandardStatistik lxy(3);
+  lxy.vCalculate(&rgb, all, 0, 0);
+  EXPECT_GT(lxy.dGetMean(0), 0);
+  EXPECT_EQ(lxy.dGetMean(1), 0);
+  EXPECT_EQ(lxy.dGetMean(2), 0);
 }
