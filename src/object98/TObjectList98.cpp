@@ -572,19 +572,23 @@ void TObjectList98::_moveTree(int i, int dx, int dy) {
   _send(4, static_cast<unsigned long>(i));
 }
 
+void TObjectList98::_vBordersAfter(int i) {
+  // Groups inside the tree, deepest first, then upwards from i.
+  std::vector<int> inner = Relations.vGetDescendants(i);
+  std::sort(inner.begin(), inner.end(), [&](int a, int b) { return Relations.isAncestor(b, a); });
+  for (int g : inner)
+    if (bIsGroup(g)) childHasMoved(g);
+  if (bIsGroup(i))
+    childHasMoved(i);
+  else if (Relations.hasVather(i))
+    childHasMoved(Relations.getVather(i));
+}
+
 void TObjectList98::move(int i, int dx, int dy) {
   KX_TRY {
     _check(i);
     _moveTree(i, dx, dy);
-    // Groups inside the tree, deepest first, then upwards from i.
-    std::vector<int> inner = Relations.vGetDescendants(i);
-    std::sort(inner.begin(), inner.end(), [&](int a, int b) { return Relations.isAncestor(b, a); });
-    for (int g : inner)
-      if (bIsGroup(g)) childHasMoved(g);
-    if (bIsGroup(i))
-      childHasMoved(i);
-    else if (Relations.hasVather(i))
-      childHasMoved(Relations.getVather(i));
+    _vBordersAfter(i);
   }
   KX_CATCH
 }
@@ -644,14 +648,7 @@ void TObjectList98::rotate(int i, int x, int y, double angle) {
     _check(i);
     const double a = angle * M_PI / 180.0;
     _rotateOne(i, x, y, std::cos(a), std::sin(a));
-    std::vector<int> inner = Relations.vGetDescendants(i);
-    std::sort(inner.begin(), inner.end(), [&](int p, int q) { return Relations.isAncestor(q, p); });
-    for (int g : inner)
-      if (bIsGroup(g)) childHasMoved(g);
-    if (bIsGroup(i))
-      childHasMoved(i);
-    else if (Relations.hasVather(i))
-      childHasMoved(Relations.getVather(i));
+    _vBordersAfter(i);
   }
   KX_CATCH
 }

@@ -269,6 +269,8 @@ class TObjectList98 : public TDelivery {
   void _send(unsigned long code, unsigned long arg);
   void _connect();
   void _moveTree(int i, int dx, int dy);
+  // The borders of the groups in and above object i's tree, after it moved.
+  void _vBordersAfter(int i);
   void _rotateOne(int i, int x, int y, double c, double s);
   void _calcGroup(int i, TRLCArray& out);
   void _eraseOne(int i);

@@ -37,17 +37,24 @@ void TResultCutTime::_vAppendRun() {
       dReferenz = 0.001 * static_cast<double>(now - lStartTick);
     }
   }
+  _vAppendCopy();
+}
+
+void TResultCutTime::_vAppendCopy() {
   vEntries.resize(uPos);
   vEntries.push_back(static_cast<const TResultBasic&>(*this));
   uSize = ++uPos;
 }
 
+bool TResultCutTime::_bResetIfPending() {
+  if (!bResetPending) return false;
+  vReset();
+  bResetPending = false;
+  return true;
+}
+
 void TResultCutTime::stop() {
-  if (bResetPending) {
-    vReset();
-    bResetPending = false;
-    return;
-  }
+  if (_bResetIfPending()) return;
   TResultBSchwerpunkt::stop();
   _vAppendRun();
 }
@@ -92,16 +99,10 @@ void TResultCutTime::vReadIni(TKxIniFile* ini, const char* section) {
 // ---------------------------------------------------------------- motor, focus
 
 void TResultCutMotor::stop() {
-  if (bResetPending) {
-    vReset();
-    bResetPending = false;
-    return;
-  }
+  if (_bResetIfPending()) return;
   TResultBSchwerpunkt::stop();
   if (pdReferenz) dReferenz = *pdReferenz;
-  vEntries.resize(uPos);
-  vEntries.push_back(static_cast<const TResultBasic&>(*this));
-  uSize = ++uPos;
+  _vAppendCopy();
 }
 
 const char* TResultCutMotor::strGetStatistikName() { return sMotor(); }
@@ -123,11 +124,7 @@ void TResultCutMotor::vReadIni(TKxIniFile* ini, const char* section) {
 }
 
 void TResultCutFocus::stop() {
-  if (bResetPending) {
-    vReset();
-    bResetPending = false;
-    return;
-  }
+  if (_bResetIfPending()) return;
   TResultBSchwerpunkt::stop();
 }
 

@@ -46,6 +46,10 @@ class TResultCutTime : public TResultCut {
  protected:
   // The reference of this run, then a copy of it appended to the series.
   void _vAppendRun();
+  // A copy of this run's result appended to the series.
+  void _vAppendCopy();
+  // A pending reset is done instead of the stop (true).
+  bool _bResetIfPending();
 
   bool bUseIndex = false;
   bool bUseReferenz = false;

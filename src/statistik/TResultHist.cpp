@@ -114,7 +114,9 @@ void TResultHist::addValuesLC(const double* values, int n, double y, double x, d
   for (int i = 0; i < n; ++i) e[_uClass(values[i], bins)].TResultBasic::rRGetXResult()._vInc();
 }
 
-void TResultHist::vMerge(const TResultBasic& b) {
+void TResultHist::vMerge(const TResultBasic& b) { _vMergeBins(b, true); }
+
+void TResultHist::_vMergeBins(const TResultBasic& b, bool counters) {
   KX_TRY {
     if (typeid(b) != typeid(*this)) KX_THROW(ulBadArgument, "merging results of different kinds");
     const auto& o = static_cast<const TResultHist&>(b);
@@ -125,7 +127,10 @@ void TResultHist::vMerge(const TResultBasic& b) {
     if (bRecalc || vEntries.size() != uGetClassCount()) _vHistCalcReferenz();
     if (o.vEntries.size() != vEntries.size()) return;  // the other has no values yet
     for (std::size_t i = 0; i < vEntries.size(); ++i)
-      vEntries[i].rRGetXResult().vMergeCount(o.vEntries[i].rRGetXResult());
+      if (counters)
+        vEntries[i].rRGetXResult().vMergeCount(o.vEntries[i].rRGetXResult());
+      else
+        vEntries[i].vMerge(o.vEntries[i]);
   }
   KX_CATCH
 }
@@ -262,17 +267,4 @@ void TResultBitHist::addValueLC(double value, double y, double x, double area, i
   for (unsigned b = 0; b + 3 <= n && b < 64; ++b) vEntries[b + 1].addValue((bits >> b) & 1u ? 1.0 : 0.0, 1.0);
 }
 
-void TResultBitHist::vMerge(const TResultBasic& b) {
-  KX_TRY {
-    if (typeid(b) != typeid(*this)) KX_THROW(ulBadArgument, "merging results of different kinds");
-    const auto& o = static_cast<const TResultBitHist&>(b);
-    if (o.dStart != dStart || o.dStep != dStep || o.dStop != dStop)
-      KX_THROW(ulBadArgument, "merging histograms of other bins");
-    if (bCutFirst) startX();
-    TResultStatistik::vMerge(b);
-    if (bRecalc || vEntries.size() != uGetClassCount()) _vHistCalcReferenz();
-    if (o.vEntries.size() != vEntries.size()) return;
-    for (std::size_t i = 0; i < vEntries.size(); ++i) vEntries[i].vMerge(o.vEntries[i]);
-  }
-  KX_CATCH
-}
+void TResultBitHist::vMerge(const TResultBasic& b) { _vMergeBins(b, false); }

@@ -69,6 +69,9 @@ class TResultHist : public TResultCut {
     const double k = (value - dStart) / dStep + 1.0;
     return k < n - 1 ? static_cast<unsigned>(k) : n - 1;
   }
+  // Another histogram of the same bins: bin by bin as counters, or (bit
+  // histograms) as streams.
+  void _vMergeBins(const TResultBasic& o, bool counters);
   // 0x5100000 unless the bounds give a usable histogram.
   static void _vCheckBounds(double start, double step, double stop);
 

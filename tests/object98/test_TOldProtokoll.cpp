@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <random>
 
+#include "../rastrix/RastrixTestUtil.h"
 #include "RLCTestUtil.h"
 #include "object98/Object98Errors.h"
 #include "object98/TObjectList98.h"
@@ -16,15 +17,6 @@
 using rlctest::codeOf;
 
 namespace {
-
-std::string run(const std::string& command) {
-  FILE* p = ::popen((command + " 2>&1").c_str(), "r");
-  std::string out;
-  char b[512];
-  while (p && std::fgets(b, sizeof b, p)) out += b;
-  if (p) ::pclose(p);
-  return out;
-}
 
 std::string file(const char* name) {
   return (std::filesystem::temp_directory_path() / (std::string("kx_prt_") + std::to_string(::getpid()) + name)).string();
@@ -68,7 +60,7 @@ TEST(OldProtokoll, ImportWithGroups) {
   const std::string text = "Kopf\nCPointArray\n1\n2\n3\n" + pointList(2, 2, {1, 1, 8, 1, 8, 6, 1, 6}) +
                            pointList(6, -1, {20, 20, 30, 20}) + pointList(3, -1, {40, 30, 44, 30});
   makePrt(name, TOldProtokoll::tagPointArray, text);
-  const std::string dump = run("tiffdump " + name);
+  const std::string dump = rastrixtest::run("tiffdump " + name);
   EXPECT_NE(dump.find("4126"), std::string::npos) << dump;
   EXPECT_NE(dump.find("Directory 2"), std::string::npos) << dump;
 
