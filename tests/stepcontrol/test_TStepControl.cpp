@@ -121,6 +121,13 @@ TEST(StepControl, MalformedTables) {
   EXPECT_EQ(codeOf([&] { s.readIni(&none, "T"); }, &got), 0xe5123001UL);
   EXPECT_NE(got.find("Not found: [T]:Number"), std::string::npos);
 
+  // Exactly between two lines: only a strictly nearer limit changes the line.
+  TKxMemIniFile two;
+  two.vReadFromString("[T]\nNumber=2\nMin0=1\nMax0=2\nStep0=0.5\nMin1=3\nMax1=4\nStep1=0.5\n");
+  TStepControl t;
+  t.readIni(&two, "T");
+  EXPECT_EQ(t.getCurrentValue(2.5), 2);
+
   TKxMemIniFile out;
   s.writeIni(&out, "W");
   TStepControl back;
