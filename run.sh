@@ -15,6 +15,7 @@ RUN=build/kdoint-run
 rm -rf "$RUN"
 cp -r examples/kdoint "$RUN"
 cp -r examples/macros "$RUN/macros"
+cp examples/ini/IntegrationTimes.ini "$RUN/macros/"
 mkdir -p "$RUN/Work"
 status=0
 timeout 120 build/bin/kdoint -u="$PWD/$RUN/KdoIntUse.ini" -p="$PWD/$RUN/fifo" || status=$?

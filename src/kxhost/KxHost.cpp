@@ -13,4 +13,5 @@ extern "C" __attribute__((visibility("default"))) void useDll(void* execLine) {
   kxhost::pResultClass()->registerClass(exec);
   kxhost::pObjectListClass()->registerClass(exec);
   kxhost::pStatisticClass()->registerClass(exec);
+  kxhost::pIntTimeClass()->registerClass(exec);
 }

@@ -15,4 +15,5 @@ std::unique_ptr<TIUserBasic> pClassListClass();
 std::unique_ptr<TIUserBasic> pResultClass();
 std::unique_ptr<TIUserBasic> pObjectListClass();
 std::unique_ptr<TIUserBasic> pStatisticClass();
+std::unique_ptr<TIUserBasic> pIntTimeClass();
 }  // namespace kxhost

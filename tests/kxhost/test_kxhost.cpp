@@ -174,3 +174,14 @@ TEST(HostClasses, Statistic) {
   s.run("k.threshold(3)\nr=st.update()\n");  // its classifier replaced under it
   EXPECT_EQ(s.lastError(), 0x7000000u);
 }
+
+TEST(HostClasses, IntegrationTimes) {
+  Session s;
+  const std::string out = s.run(load() + spaced(
+                                "INTTIME t\nt.range(1.0,0.5,3.0)\nINT n\nn=t.count()\necho(n)\nt.linear(1.0)\n"
+                                "LITERAL q\nq=t.sequence()\necho(q)\nFLOAT f\nf=t.nearest(2.2)\necho(f)\n"));
+  EXPECT_EQ(s.lastError(), 0u) << out;
+  EXPECT_EQ(out, "5 1 2 3 2.000000e+00 ") << out;
+  s.run("t.logarithmic(0.5)\n");
+  EXPECT_EQ(s.lastError(), 0xe5123003u);
+}
