@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 #include "file98/TIniFilename.h"
 #include "file98/TKxMemIniFile.h"
@@ -135,4 +138,51 @@ TEST(StepControl, MalformedTables) {
   EXPECT_EQ(back.iGetLineCount(), 5);
   EXPECT_EQ(back.eGetMode(), s.eGetMode());
   EXPECT_EQ(back.getLastValue(), 10);
+}
+
+// Every walk over the shipped table, up from the first value and down from
+// the last, in each mode, against the golden file (values in "%.9g").
+TEST(StepControl, WalksAgainstGoldenFile) {
+  TStepControl s = shipped();
+  std::string text;
+  char buf[64];
+  auto walk = [&](const char* name) {
+    text += name;
+    text += " up:";
+    double v = s.getCurrentValue(s.getFirstValue());
+    do {
+      std::snprintf(buf, sizeof buf, " %.9g", v);
+      text += buf;
+    } while (s.getNextValue(v, &v));
+    text += "\n";
+    text += name;
+    text += " down:";
+    v = s.getCurrentValue(s.getLastValue());
+    do {
+      std::snprintf(buf, sizeof buf, " %.9g", v);
+      text += buf;
+    } while (s.getPreviousValue(v, &v));
+    text += "\n";
+  };
+  s.setModeAllValues();
+  walk("all");
+  s.setModeLinearValues(0.05);
+  walk("linear 0.05");
+  s.setModeLinearValues(0.5);
+  walk("linear 0.5");
+  s.setModeLogarithmicValues(2);
+  walk("log 2");
+  s.setModeLogarithmicValues(1.5);
+  walk("log 1.5");
+  s.setModeLogarithmicValues(10);
+  walk("log 10");
+  const std::string golden = std::string(KX_TEST_DATA_DIR) + "/walks.golden";
+  std::ifstream in(golden);
+  std::stringstream want;
+  want << in.rdbuf();
+  if (want.str().empty() && std::getenv("KX_WRITE_GOLDEN")) {
+    std::ofstream(golden) << text;
+    GTEST_SKIP() << "golden file written";
+  }
+  EXPECT_EQ(text, want.str());
 }
