@@ -41,6 +41,7 @@ void BM_ObjList_Regions1000Fresh(benchmark::State& state) {
     state.ResumeTiming();
     benchmark::DoNotOptimize(regions(l));
   }
+  state.SetItemsProcessed(state.iterations() * l.size());  // objects
 }
 BENCHMARK(BM_ObjList_Regions1000Fresh)->Unit(benchmark::kMillisecond);
 
@@ -49,6 +50,7 @@ void BM_ObjList_Regions1000Cached(benchmark::State& state) {
   fill(l);
   regions(l);
   for (auto _ : state) benchmark::DoNotOptimize(regions(l));
+  state.SetItemsProcessed(state.iterations() * l.size());  // objects
 }
 BENCHMARK(BM_ObjList_Regions1000Cached)->Unit(benchmark::kMillisecond);
 
@@ -63,6 +65,7 @@ void BM_ObjList_WriteRead1000(benchmark::State& state) {
     back.read(file.c_str(), false);
     benchmark::DoNotOptimize(back.size());
   }
+  state.SetItemsProcessed(state.iterations() * l.size());  // objects written and read
   std::filesystem::remove(file);
 }
 BENCHMARK(BM_ObjList_WriteRead1000)->Unit(benchmark::kMillisecond);
